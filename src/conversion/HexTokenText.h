@@ -1,0 +1,27 @@
+// HexTokenText.h: bytes held as text until the moment of saving.
+//     bytes   2E  08  FF        text    "&H2E&H08&HFF", nothing between the tokens
+//     token    0   1   2        size()  4 * tokens
+// Units   k counts tokens from 0; token k stands at positions 4k + 1 to 4k + 4 of the text.
+// Digits  either case, also mixed; tokens are never compared as text.
+// Errors  none: a token past the end reads as 0x00, and saving relies on it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace conversion {
+
+inline constexpr std::size_t kTokenLength = 4; // "&H" and two digits
+
+/// The token of one byte, with upper-case digits.
+[[nodiscard]] std::string TokenOf(std::uint8_t byte);
+
+/// The byte of token k, or 0x00 where `tokens` ends before it.
+[[nodiscard]] std::uint8_t ByteOfToken(std::string_view tokens, std::size_t k);
+
+/// `tokens` with `patch` written over it from token k on; the size stays. Requires: the patch ends inside.
+[[nodiscard]] std::string Splice(std::string_view tokens, std::size_t k, std::string_view patch);
+
+} // namespace conversion

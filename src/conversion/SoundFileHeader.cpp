@@ -1,0 +1,130 @@
+#include "SoundFileHeader.h"
+
+#include "HexTokenText.h"
+
+namespace conversion {
+namespace {
+
+// One instruction a line, with its address when the player lies at 80C5.
+constexpr std::string_view kHeaderPC1600 =
+    "&Hff&H10&H00&H00&H10"
+    "&H65&H14"                             // program length, always replaced
+    "&H00"
+    "&Hc5&H80"                             // load address
+    "&H00"
+    "&Hc5&H80"                             // start address
+    "&H00&H00&H0f"
+    "&Hcd&H0f&H81"                         // 80C5  CALL 810F        title routine
+    "&Hf3"                                 // 80C8  DI
+    "&H21&H38&H81"                         // 80C9  LD HL,8138       first run byte
+    "&H7e"                                 // 80CC  LD A,(HL)        next run byte
+    "&Hfe&Hff"                             // 80CD  CP FF
+    "&Hca&Hf3&H80"                         // 80CF  JP Z,80F3        end mark: leave
+    "&H47"                                 // 80D2  LD B,A
+    "&H3e&Hc0"                             // 80D3  LD A,C0
+    "&Hd3&H18"                             // 80D5  OUT (18),A       first half is high
+    "&Hcd&Hf5&H80"                         // 80D7  CALL 80F5        one delay
+    "&H10&Hfb"                             // 80DA  DJNZ 80D7        as many as the byte says
+    "&H7e"                                 // 80DC  LD A,(HL)
+    "&H47"                                 // 80DD  LD B,A
+    "&Hfe&Hfe"                             // 80DE  CP FE
+    "&H20&H04"                             // 80E0  JR NZ,80E6
+    "&H3e&Hc0"                             // 80E2  LD A,C0          254: stays high
+    "&H18&H02"                             // 80E4  JR 80E8
+    "&H3e&H40"                             // 80E6  LD A,40          any other byte: low
+    "&Hd3&H18"                             // 80E8  OUT (18),A       second half
+    "&Hcd&Hf5&H80"                         // 80EA  CALL 80F5        one delay
+    "&H10&Hfb"                             // 80ED  DJNZ 80EA        as many as the byte says
+    "&H23"                                 // 80EF  INC HL
+    "&Hc3&Hcc&H80"                         // 80F0  JP 80CC
+    "&Hfb"                                 // 80F3  EI
+    "&Hc9"                                 // 80F4  RET
+    "&Hc5"                                 // 80F5  PUSH BC          delay routine
+    "&He5"                                 // 80F6  PUSH HL
+    "&H21&H0e&H81"                         // 80F7  LD HL,810E       rate byte
+    "&H7e"                                 // 80FA  LD A,(HL)
+    "&H06&H0c"                             // 80FB  LD B,0C          12 passes
+    "&Hfe&H06"                             // 80FD  CP 06
+    "&H28&H08"                             // 80FF  JR Z,8109        at 6000 Hz
+    "&H06&H05"                             // 8101  LD B,05          5 passes
+    "&Hfe&H08"                             // 8103  CP 08
+    "&H28&H02"                             // 8105  JR Z,8109        at 8000 Hz
+    "&H06&H01"                             // 8107  LD B,01          1 pass at 11025 Hz
+    "&H10&Hfe"                             // 8109  DJNZ 8109
+    "&He1"                                 // 810B  POP HL
+    "&Hc1"                                 // 810C  POP BC
+    "&Hc9"                                 // 810D  RET
+    "&H0b"                                 // 810E  rate byte, always replaced
+    "&Hcd&H12&H01"                         // 810F  CALL 0112        title routine
+    "&Hcd&H09&H01"                         // 8112  CALL 0109
+    "&H3e&H0d"                             // 8115  LD A,0D
+    "&H11&H1e&H81"                         // 8117  LD DE,811E       title
+    "&Hcd&Heb&H00"                         // 811A  CALL 00EB
+    "&Hc9"                                 // 811D  RET
+    "&H20&H20&H20&H20&H20&H20&H20&H20&H20" // 811E  title, 25 blanks, always replaced
+    "&H20&H20&H20&H20&H20&H20&H20&H20"
+    "&H20&H20&H20&H20&H20&H20&H20&H20"
+    "&H0d";                                // 8137  its end; the run bytes follow at 8138
+
+static_assert(kHeaderPC1600.size() == kTokensPC1600 * kTokenLength);
+
+// The fields, as tokens of the PC-1600 header.
+constexpr std::size_t kProgramLengthToken = 5;
+constexpr std::size_t kLoadAddressToken = 8;
+constexpr std::size_t kStartAddressToken = 11;
+constexpr std::size_t kRateToken = 89;
+constexpr std::size_t kTitleToken = 105;
+constexpr std::string_view kTitleEnd = "&H0d";
+
+std::string WithRateAndTitle(std::string_view header, std::size_t absentTokens, std::string_view rateToken,
+                             std::string_view nameTokens)
+{
+    const auto withRate = Splice(header, kRateToken - absentTokens, rateToken);
+    return Splice(withRate, kTitleToken - absentTokens, std::string(nameTokens) + std::string(kTitleEnd));
+}
+
+std::string WithWord(std::string_view header, std::size_t token, std::string_view low, std::string_view high)
+{
+    return Splice(header, token, std::string(low) + std::string(high));
+}
+
+} // namespace
+
+std::string_view TemplatePC1600()
+{
+    return kHeaderPC1600;
+}
+
+std::string_view TemplatePokeMul()
+{
+    return kHeaderPC1600.substr(kFileHeaderTokens * kTokenLength);
+}
+
+std::string WithRateAndTitlePC1600(std::string_view header, std::string_view rateToken, std::string_view nameTokens)
+{
+    return WithRateAndTitle(header, 0, rateToken, nameTokens);
+}
+
+std::string WithRateAndTitlePokeMul(std::string_view header, std::string_view rateToken, std::string_view nameTokens)
+{
+    return WithRateAndTitle(header, kFileHeaderTokens, rateToken, nameTokens);
+}
+
+std::optional<WordTokens> WordTokensOf(std::int64_t number)
+{
+    if (number > 0xFFFF) return std::nullopt;
+    return WordTokens{.low = TokenOf(static_cast<std::uint8_t>(number & 0xFF)),
+                      .high = TokenOf(static_cast<std::uint8_t>(number >> 8))};
+}
+
+std::string WithProgramLength(std::string_view header, std::string_view lowToken, std::string_view highToken)
+{
+    return WithWord(header, kProgramLengthToken, lowToken, highToken);
+}
+
+std::string WithAddress(std::string_view header, std::string_view lowToken, std::string_view highToken)
+{
+    return WithWord(WithWord(header, kLoadAddressToken, lowToken, highToken), kStartAddressToken, lowToken, highToken);
+}
+
+} // namespace conversion

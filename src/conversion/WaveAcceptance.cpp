@@ -1,0 +1,83 @@
+#include "WaveAcceptance.h"
+
+#include "HexTokenText.h"
+#include "TextLibrary.h"
+
+#include <algorithm>
+#include <cassert>
+
+namespace conversion {
+namespace {
+
+constexpr double kLargestFile = 500000.0; // bytes
+constexpr double kWaveHeader = 44.0;      // bytes
+constexpr std::size_t kTitleCharacters = 25;
+constexpr char32_t kHighestByte = 255;
+
+/// The little-endian number in bytes `first` to `last`, positions counted from 1.
+std::uint32_t NumberAt(std::string_view file, std::size_t first, std::size_t last)
+{
+    std::uint32_t number = 0;
+    for (auto position = last; position >= first; --position)
+        number = number << 8 | text::Asc(text::Mid(file, position, 1));
+    return number;
+}
+
+} // namespace
+
+bool IsTooLarge(double fileBytes)
+{
+    return fileBytes > kLargestFile;
+}
+
+WaveFields ReadWaveFields(std::string_view file)
+{
+    return {.formatTag = NumberAt(file, 21, 22),
+            .channels = NumberAt(file, 23, 24),
+            .sampleRate = NumberAt(file, 25, 28),
+            .bitsPerSample = NumberAt(file, 35, 36)};
+}
+
+std::optional<WaveRefusal> FormatRefusal(const WaveFields& fields)
+{
+    if (fields.formatTag != 1) return WaveRefusal::FormatTag;
+    if (fields.channels != 1) return WaveRefusal::Channels;
+    if (fields.sampleRate != 8000 && fields.sampleRate != 6000 && fields.sampleRate != 11025)
+        return WaveRefusal::SampleRate;
+    return std::nullopt;
+}
+
+std::optional<WaveRefusal> BitsRefusal(const WaveFields& fields)
+{
+    if (fields.bitsPerSample != 8) return WaveRefusal::BitsPerSample;
+    return std::nullopt;
+}
+
+std::string RateToken(std::uint32_t sampleRate)
+{
+    assert(sampleRate == 6000 || sampleRate == 8000 || sampleRate == 11025);
+    return TokenOf(static_cast<std::uint8_t>(sampleRate / 1000));
+}
+
+std::string NameTokens(std::u32string_view fileName, Yield& RuntimeBackgroundTask)
+{
+    std::string tokens;
+    for (std::size_t position = 1; position <= kTitleCharacters; ++position) {
+        const auto code = text::Asc(text::Mid(fileName, position, 1));
+        tokens += TokenOf(static_cast<std::uint8_t>(code > kHighestByte ? U'?' : code));
+        RuntimeBackgroundTask();
+    }
+    return tokens;
+}
+
+std::string SampleBytes(std::string_view file, double fileBytes)
+{
+    return std::string(text::Right(file, static_cast<std::size_t>(std::max(fileBytes - kWaveHeader, 0.0))));
+}
+
+std::string FileTitle(std::string_view utf8Name, double fileBytes, std::uint32_t sampleRate)
+{
+    return std::string(utf8Name) + " / " + text::Str(fileBytes) + " Bytes / " + text::Str(sampleRate / 1000.0) + " kHz";
+}
+
+} // namespace conversion

@@ -1,0 +1,52 @@
+// WaveAcceptance.h: whether a dropped file can be converted, and what the sound file needs to know of it.
+// The canonical 44-byte Wave layout is taken for granted: four fields are read at fixed places, nothing is walked.
+//     bytes 21, 22      format tag        16 bits    must be 1 (PCM)
+//     bytes 23, 24      channels          16 bits    must be 1
+//     bytes 25 to 28    sample rate, Hz   32 bits    must be 6000, 8000 or 11025
+//     bytes 35, 36      bits per sample   16 bits    must be 8
+//     byte 45 on        samples           unsigned, 128 is the midline
+// All numbers are little-endian and unsigned; a position past the end of the file reads as 0.
+#pragma once
+
+#include "Yield.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace conversion {
+
+struct WaveFields {
+    std::uint32_t formatTag;
+    std::uint32_t channels;
+    std::uint32_t sampleRate; // Hz
+    std::uint32_t bitsPerSample;
+};
+
+enum class WaveRefusal { FormatTag, Channels, SampleRate, BitsPerSample };
+
+/// True for a file that is longer than 500000 bytes.
+[[nodiscard]] bool IsTooLarge(double fileBytes);
+
+[[nodiscard]] WaveFields ReadWaveFields(std::string_view file);
+
+/// The first of format tag, channels and sample rate that can't be converted.
+[[nodiscard]] std::optional<WaveRefusal> FormatRefusal(const WaveFields& fields);
+
+/// Asked only after the header has been patched: a 16-bit file is refused with its title already shown.
+[[nodiscard]] std::optional<WaveRefusal> BitsRefusal(const WaveFields& fields);
+
+/// One token, 06, 08 or 0B: the player's name for the rate. Requires: FormatRefusal has accepted the rate.
+[[nodiscard]] std::string RateToken(std::uint32_t sampleRate);
+
+/// Always 25 tokens: the name's first 25 characters, one byte each, then 00. A character above 255 becomes "?".
+[[nodiscard]] std::string NameTokens(std::u32string_view fileName, Yield& RuntimeBackgroundTask);
+
+/// What stands behind the 44 bytes of the header; empty where nothing does.
+[[nodiscard]] std::string SampleBytes(std::string_view file, double fileBytes);
+
+/// The window title of a file whose rate is accepted: "tone.wav / 20044 Bytes / 11.025 kHz". UTF-8.
+[[nodiscard]] std::string FileTitle(std::string_view utf8Name, double fileBytes, std::uint32_t sampleRate);
+
+} // namespace conversion

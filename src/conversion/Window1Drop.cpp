@@ -1,0 +1,117 @@
+// The road from a dropped file to its run bytes. Each refusal is one message and a plain return.
+#include "Colors.h"
+#include "Files.h"
+#include "PeriodEncoder.h"
+#include "SharedTexts.h"
+#include "SoundFileHeader.h"
+#include "TextLibrary.h"
+#include "WaveAcceptance.h"
+#include "Window1.h"
+
+#include <utility>
+
+namespace {
+
+constexpr MessagePair kTooLarge{.ger = ".Wav Datei zu gross !", .eng = ".wav file size too large !"};
+constexpr MessagePair kTooLargeTitle{.ger = "Klangfloss PC1600", .eng = "Tonfloss PC1600"};
+
+constexpr MessagePair kNoPcm{.ger = "Falsches .Wav Format - Kein PCM !", .eng = "Wrong .wav format - No PCM !"};
+constexpr MessagePair kNoMono{.ger = "Falsches .Wav Format - Kein Mono !", .eng = "Wrong .wav format - No mono !"};
+constexpr MessagePair kWrongRate{.ger = "Falsches .Wav Format - Benutze 6000 - 11025 Samples pro Sekunde !",
+                                 .eng = "Wrong .wav format  - need 6000 - 11025 samples pro second !"};
+constexpr MessagePair kNo8Bit{.ger = "Falsches .Wav Format - Keine 8 Bit Encodierung!",
+                              .eng = "Wrong .wav format - no 8 bit encoding!"};
+
+constexpr MessagePair kListingHead{.ger = "DATEN:", .eng = "DATA:"};
+constexpr char kListingLineEnd = '\r';
+
+const MessagePair& MessageFor(conversion::WaveRefusal refusal)
+{
+    switch (refusal) {
+    case conversion::WaveRefusal::FormatTag: return kNoPcm;
+    case conversion::WaveRefusal::Channels: return kNoMono;
+    case conversion::WaveRefusal::SampleRate: return kWrongRate;
+    case conversion::WaveRefusal::BitsPerSample: break;
+    }
+    return kNo8Bit;
+}
+
+} // namespace
+
+void Window1::Event_DropObject(const platform::DragItem& item)
+{
+    mDragInside = true;
+    strZeile.clear();
+    BinStringPC1600.clear();
+    std::u32string FileName;
+    double FileLength = 0.0;
+    if (item.FolderItemAvailable()) {
+        strZeile = platform::ReadBytes(*item.FolderItem);
+        FileLength = static_cast<double>(item.FolderItem->Length);
+        FileName = item.FolderItem->Name;
+        if (conversion::IsTooLarge(FileLength)) return RefuseTooLarge();
+        LabelDragAndDrop.SetTextColor(kRed);
+        const bool listing = menuBar_.OptionDefBWindow.HasCheckMark();
+        if (!listing) TextAreaCodeAusgabe.SetText("");
+        Canvas1.SetVisible(!listing);
+    }
+    Invalidate();
+    if (menuBar_.OptionDefBWindow.HasCheckMark()) TextAreaCodeAusgabe.SetText("");
+    TextFieldAudioAdresse.SetText(U"");
+    const auto NameTokens = conversion::NameTokens(FileName, RuntimeBackgroundTask);
+    LoadHeaders();
+
+    const auto fields = conversion::ReadWaveFields(strZeile);
+    if (const auto refusal = conversion::FormatRefusal(fields)) return ShowMessage(MessageFor(*refusal));
+    SetTitle(conversion::FileTitle(platform::Utf8(FileName), FileLength, fields.sampleRate));
+    PatchHeaders(conversion::RateToken(fields.sampleRate), NameTokens);
+    if (const auto refusal = conversion::BitsRefusal(fields)) return ShowMessage(MessageFor(*refusal));
+
+    Datengroesse = 0;
+    strZeile = conversion::SampleBytes(strZeile, FileLength);
+    EncodePeriods();
+    FinishImage();
+}
+
+void Window1::RefuseTooLarge()
+{
+    ShowMessage(kTooLarge);
+    SetText(Label3, kSampleFormat);
+    SetTitleText(kTooLargeTitle);
+    Label1.SetVisible(false);
+    Label2.SetVisible(false);
+    TextFieldAudioAdresse.SetVisible(false);
+    if (menuBar_.OptionDefBWindow.HasCheckMark()) TextAreaCodeAusgabe.SetText("");
+}
+
+// Both templates, whatever the target: no patch of an earlier conversion stays.
+void Window1::LoadHeaders()
+{
+    if (menuBar_.OptionAudioSharp.HasCheckMark()) HeaderLaenge = conversion::kTokensPC1600;
+    if (menuBar_.OptionAudioPokEmul.HasCheckMark()) HeaderLaenge = conversion::kTokensPokeMul;
+    HeaderPC1600 = conversion::TemplatePC1600();
+    HeaderPokeMul = conversion::TemplatePokeMul();
+}
+
+void Window1::PatchHeaders(std::string_view RateToken, std::string_view NameTokens)
+{
+    if (menuBar_.OptionAudioSharp.HasCheckMark())
+        HeaderPC1600 = conversion::WithRateAndTitlePC1600(HeaderPC1600, RateToken, NameTokens);
+    if (menuBar_.OptionAudioPokEmul.HasCheckMark())
+        HeaderPokeMul = conversion::WithRateAndTitlePokeMul(HeaderPokeMul, RateToken, NameTokens);
+}
+
+void Window1::EncodePeriods()
+{
+    listing_ = TextAreaCodeAusgabe.Text();
+    if (const auto head = TextFor(Language, kListingHead)) FlushListingLine(*head);
+    conversion::EncodePeriods(
+        strZeile, BinZeile, Datengroesse, [this](std::string_view line) { FlushListingLine(line); },
+        RuntimeBackgroundTask);
+    TextAreaCodeAusgabe.SetText(std::exchange(listing_, {}));
+}
+
+void Window1::FlushListingLine(std::string_view line)
+{
+    if (menuBar_.OptionDefBWindow.HasCheckMark()) (listing_ += line) += kListingLineEnd;
+}

@@ -1,0 +1,108 @@
+// Window1.h: the one window, and the one home of the conversion.
+//
+// All conversion state is in the properties below; each event handler works on them from start to end, one handler at a
+// time. Headers and run bytes are kept as HexTokenText until the moment of saving.
+#pragma once
+
+#include "Controls.h"
+#include "Dialogs.h"
+#include "MainMenuBar.h"
+#include "MessagePair.h"
+#include "Window.h"
+#include "WindowLayout.h"
+#include "Yield.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+class Window1 : public platform::Window {
+public:
+    Window1(platform::EventGate& gate, MainMenuBar& menuBar, platform::Dialogs& dialogs);
+
+    // The properties.
+    bool mDragInside = false;        // a drag has entered, or a drop has begun
+    std::string strZeile;            // bytes of the dropped file; after the tests its samples only
+    std::u32string AdresseAudioFile; // the typed address while it is tested
+    std::int64_t Datengroesse = 0;   // bytes: run bytes; from FinishImage on with the header, but not for PokEmul
+    std::string HeaderPC1600;        // 131 tokens
+    std::string HeaderPokeMul;       // 115 tokens
+    std::string HighByteDatenAnfang; // load address, one token
+    std::string LowByteDatenAnfang;  // load address, one token
+    std::string PrgLngLowByte;       // program length, one token
+    std::string PrgLngHighByte;      // program length, one token
+    std::string BinZeile;            // the run bytes as tokens, the end mark last
+    std::string BinStringPC1600;     // the file's bytes, whatever the target
+    std::int64_t HeaderLaenge = 0;   // tokens of the target's header
+    std::string Language = "ger";    // of every text that the window itself chooses: "ger" or "eng"
+
+    // The controls, in the order of creation.
+    platform::Label LabelDragAndDrop{*this, RowOf("LabelDragAndDrop")};
+    platform::TextArea TextAreaCodeAusgabe{*this, RowOf("TextAreaCodeAusgabe")};
+    platform::Canvas Canvas1{TextAreaCodeAusgabe, RowOf("Canvas1"), "Start1"};
+    platform::TextField TextFieldAudioAdresse{*this, RowOf("TextFieldAudioAdresse")};
+    platform::Label Label2{*this, RowOf("Label2")};
+    platform::Label Label1{*this, RowOf("Label1")};
+    platform::Label Label3{*this, RowOf("Label3")};
+    platform::RadioButton RadioButtonPC1600{*this, RowOf("RadioButtonPC1600")};
+    platform::RadioButton RadioButtonPokEmul{*this, RowOf("RadioButtonPokEmul")};
+    platform::Label Label4{*this, RowOf("Label4")};
+
+    // frontend/Window1Drag.cpp
+    bool Event_DragEnter() override;
+    bool Event_DragOver() override;
+    void Event_DragExit() override;
+
+    // conversion/Window1Drop.cpp
+    void Event_DropObject(const platform::DragItem& item) override;
+
+    // output/Window1Address.cpp
+    bool TextFieldAudioAdresse_KeyDown(std::u32string_view key);
+
+    // frontend/Window1Target.cpp
+    void RadioButtonPC1600_Action();
+    void RadioButtonPokEmul_Action();
+    bool OptionAudioSharp_Action();
+    bool OptionAudioPokEmul_Action();
+    bool OptionDefBWindow_Action();
+    bool InfoUeber_Action();
+
+private:
+    // frontend/Window1.cpp
+    void AddHandlers();
+    void Event_Open();
+    void ShowMessage(const MessagePair& message);
+    void SetText(platform::Label& label, const MessagePair& text);
+    void SetTitleText(const MessagePair& title);
+
+    // conversion/Window1Drop.cpp
+    void RefuseTooLarge();
+    void LoadHeaders();
+    void PatchHeaders(std::string_view RateToken, std::string_view NameTokens);
+    void EncodePeriods();
+    void FlushListingLine(std::string_view line);
+
+    // conversion/Window1Finish.cpp
+    void FinishImage();
+    void PatchProgramLength();
+    void ShowSize(const MessagePair& message);
+    void ShowPrompts();
+    void RefuseImage();
+
+    // output/Window1Address.cpp
+    void PatchAddress(std::int64_t address);
+    void ForgetAddress();
+    void CloseAddressEntry();
+
+    // output/Window1Save.cpp
+    void DoSaveAS();
+    void ExpandImage();
+
+    // frontend/Window1Target.cpp
+    void CloseEntryOfOtherTarget();
+
+    MainMenuBar& menuBar_;
+    platform::Dialogs& dialogs_;
+    conversion::Yield RuntimeBackgroundTask;
+    std::string listing_; // grows line by line during a conversion; the text area gets it once, at the end
+};

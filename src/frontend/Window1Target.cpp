@@ -1,0 +1,104 @@
+// The choice of the target by menu and by radio button, the listing option, and the About box.
+#include "SharedTexts.h"
+#include "Window1.h"
+
+namespace {
+
+// The menu's English titles differ from those of the radio buttons; the German ones agree.
+constexpr MessagePair kMenuTitlePC1600{.ger = kTitlePC1600.ger, .eng = "Tonfloss für PC-1600"};
+constexpr MessagePair kMenuTitlePokEmul{.ger = kTitlePokEmul.ger, .eng = "Tonfloss für PokEmul"};
+
+} // namespace
+
+void Window1::RadioButtonPC1600_Action()
+{
+    if (RadioButtonPC1600.Value()) {
+        RadioButtonPokEmul.SetValue(false);
+        menuBar_.OptionAudioPokEmul.SetHasCheckMark(false);
+        menuBar_.OptionAudioSharp.SetHasCheckMark(true);
+        SetTitleText(kTitlePC1600);
+        CloseEntryOfOtherTarget();
+    }
+    if (RadioButtonPokEmul.Value()) {
+        RadioButtonPC1600.SetValue(false);
+        menuBar_.OptionAudioSharp.SetHasCheckMark(false);
+    }
+}
+
+void Window1::RadioButtonPokEmul_Action()
+{
+    if (RadioButtonPokEmul.Value()) {
+        RadioButtonPC1600.SetValue(false);
+        menuBar_.OptionAudioPokEmul.SetHasCheckMark(true);
+        menuBar_.OptionAudioSharp.SetHasCheckMark(false);
+        SetTitleText(kTitlePokEmul);
+        CloseEntryOfOtherTarget();
+    }
+    if (RadioButtonPC1600.Value()) {
+        RadioButtonPokEmul.SetValue(false);
+        menuBar_.OptionAudioPokEmul.SetHasCheckMark(false);
+    }
+}
+
+bool Window1::OptionAudioSharp_Action()
+{
+    if (menuBar_.OptionAudioPokEmul.HasCheckMark()) {
+        menuBar_.OptionAudioPokEmul.SetHasCheckMark(false);
+        menuBar_.OptionAudioSharp.SetHasCheckMark(true);
+        RadioButtonPC1600.SetValue(true);
+        SetTitleText(kMenuTitlePC1600);
+        CloseEntryOfOtherTarget();
+    }
+    return true;
+}
+
+bool Window1::OptionAudioPokEmul_Action()
+{
+    if (menuBar_.OptionAudioSharp.HasCheckMark()) {
+        menuBar_.OptionAudioSharp.SetHasCheckMark(false);
+        menuBar_.OptionAudioPokEmul.SetHasCheckMark(true);
+        RadioButtonPokEmul.SetValue(true);
+        SetTitleText(kMenuTitlePokEmul);
+        CloseEntryOfOtherTarget();
+    }
+    return true;
+}
+
+// The image that waits for its address was made for the other target and would fit neither.
+void Window1::CloseEntryOfOtherTarget()
+{
+    if (TextFieldAudioAdresse.Visible()) CloseAddressEntry();
+}
+
+bool Window1::OptionDefBWindow_Action()
+{
+    menuBar_.OptionDefBWindow.SetHasCheckMark(!menuBar_.OptionDefBWindow.HasCheckMark());
+    return true;
+}
+
+bool Window1::InfoUeber_Action()
+{
+    static constexpr MessagePair kAbout{
+        .ger = "V.1.00 / 2023\n"
+               "\n"
+               "Das Programm wandelt Microsoft Wave Soundfiles in Sharp PC-1600 Sondfiles.\n"
+               "\n"
+               "Geschrieben von Jorin Falkenau\n"
+               "Erstellt mit C++ und Qt\n"
+               "Lauffähig ab Windows 7 und OS X ab 10.7\n"
+               "\n"
+               "Mail: tonfloss@example.org\n"
+               "WEB: https://tonfloss.example.org",
+        .eng = "V.1.00 / 2023\n"
+               "\n"
+               "These application converts Microsoft Wave sound files into Sharp PC-1600 sound files.\n"
+               "\n"
+               "The application was programmed by Jorin Falkenau\n"
+               "Made with C++ and Qt\n"
+               "Run up Windows 7 and OS X up 10.7\n"
+               "\n"
+               "Mail: tonfloss@example.org\n"
+               "WEB: https://tonfloss.example.org"};
+    ShowMessage(kAbout);
+    return true;
+}

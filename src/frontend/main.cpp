@@ -1,0 +1,24 @@
+#include "App.h"
+#include "Application.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+
+int main(int argc, char* argv[])
+{
+    try {
+        platform::Application application(argc, argv);
+        const auto dialogs = platform::MakeDialogs();
+        platform::EventGate gate(*dialogs);
+        MainMenuBar menuBar(gate);
+        Window1 window(gate, menuBar, *dialogs);
+        App app;
+        app.Event_Open(window, menuBar);
+        window.Show();
+        return application.Run();
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "tonfloss: %s\n", failure.what());
+        return EXIT_FAILURE;
+    }
+}

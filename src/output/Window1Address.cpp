@@ -1,0 +1,72 @@
+// The load address: typed, tested, patched into the header, and then the save.
+#include "LoadAddress.h"
+#include "SharedTexts.h"
+#include "SoundFileHeader.h"
+#include "TextLibrary.h"
+#include "Window1.h"
+
+#include <cassert>
+
+namespace {
+
+constexpr std::u32string_view kReturn = U"\x0D";
+constexpr std::u32string_view kEnter = U"\x03";
+constexpr std::size_t kAddressDigits = 4;
+
+constexpr MessagePair kWrongLength{.ger = "Lade-/Startadresse >&80C5 <&EFFF",
+                                   .eng = "Loading-/starting adress >&80C5 <&EFFF"};
+constexpr MessagePair kOutOfRange{.ger = "Lade-/Startadresse >&80C5 <&EFFF",
+                                  .eng = "Loading-/starting address >&80C5 <&EFFF"};
+constexpr MessagePair kTooHigh{.ger = "Lade-/Startadresse zu Hoch !", .eng = "Loading-/starting address too high"};
+
+} // namespace
+
+// The result is always false: every key goes on to the field.
+bool Window1::TextFieldAudioAdresse_KeyDown(std::u32string_view key)
+{
+    AdresseAudioFile.clear();
+    if (key != kReturn && key != kEnter) return false;
+
+    AdresseAudioFile = TextFieldAudioAdresse.Text();
+    if (AdresseAudioFile.size() != kAddressDigits) {
+        ForgetAddress();
+        ShowMessage(kWrongLength);
+        return false;
+    }
+    AdresseAudioFile.insert(0, U"&H");
+    const double address = text::Val(AdresseAudioFile); // a character that is no digit leaves it below the range
+    if (const auto refusal = output::RefusalOf(address, Datengroesse)) {
+        ShowMessage(*refusal == output::AddressRefusal::Range ? kOutOfRange : kTooHigh);
+        ForgetAddress();
+        return false;
+    }
+    PatchAddress(static_cast<std::int64_t>(address));
+    DoSaveAS();
+    CloseAddressEntry();
+    return false;
+}
+
+void Window1::ForgetAddress()
+{
+    AdresseAudioFile.clear();
+    TextFieldAudioAdresse.SetText(U"");
+}
+
+void Window1::PatchAddress(std::int64_t address)
+{
+    const auto tokens = conversion::WordTokensOf(address);
+    assert(tokens);
+    LowByteDatenAnfang = tokens->low;
+    HighByteDatenAnfang = tokens->high;
+    if (menuBar_.OptionAudioSharp.HasCheckMark())
+        HeaderPC1600 = conversion::WithAddress(HeaderPC1600, LowByteDatenAnfang, HighByteDatenAnfang);
+}
+
+void Window1::CloseAddressEntry()
+{
+    TextFieldAudioAdresse.SetVisible(false);
+    Label1.SetVisible(false);
+    Label2.SetVisible(false);
+    Label4.SetVisible(false);
+    SetText(Label3, kSampleFormat);
+}

@@ -1,0 +1,60 @@
+// Window.h: a window of fixed size that takes dropped files.
+#pragma once
+
+#include "EventGate.h"
+#include "Files.h"
+#include "Menu.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// The area of the window below its menu bar, in the toolkit's units.
+struct WindowRow {
+    int width;
+    int height;
+    std::string_view title;
+};
+
+/// Every event goes through the gate: what comes while another one is under way is refused, a close request too.
+class Window {
+public:
+    Window(EventGate& gate, MenuBar& menuBar, const WindowRow& row);
+    virtual ~Window();
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+
+    /// What all events of the window and its controls go through.
+    [[nodiscard]] EventGate& Gate() const;
+
+    [[nodiscard]] std::string Title() const;
+    void SetTitle(std::string_view utf8);
+
+    /// Where the window without its frame stands on the screen. Requires: the window isn't shown yet.
+    void SetLeft(int left);
+    void SetTop(int top);
+
+    /// Dragged files reach the events below from now on, always as copies: no drag ever takes the user's file away.
+    void AcceptFileDrop();
+
+    /// Asks for a repaint at the next opportunity and doesn't wait for it.
+    void Invalidate();
+
+    void Show();
+
+protected:
+    virtual bool Event_DragEnter() = 0; // true refuses the drag
+    virtual bool Event_DragOver() = 0;  // true refuses the drop here
+    virtual void Event_DragExit() = 0;
+    /// Comes when the drag is over, so that the program it came from isn't held up.
+    virtual void Event_DropObject(const DragItem& item) = 0;
+
+private:
+    friend class Control;
+    struct Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
+} // namespace platform

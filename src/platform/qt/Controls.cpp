@@ -1,0 +1,237 @@
+#include "Controls.h"
+
+#include "FittedFont.h"
+#include "QtText.h"
+#include "WindowImpl.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPlainTextEdit>
+#include <QRadioButton>
+#include <QStyle>
+#include <QStyleOptionButton>
+#include <QSvgRenderer>
+
+#include <utility>
+
+namespace platform {
+
+struct Control::Impl {
+    explicit Impl(QWidget* made) : widget(*made) {}
+
+    QWidget& widget; // owned by the window's widget
+    int fontPixels = 0;
+
+    template <class Widget>
+    [[nodiscard]] Widget& As() const
+    {
+        return static_cast<Widget&>(widget);
+    }
+
+    /// Gives the widget its font, so that `text` fits into `box`.
+    void Fit(const QString& text, QSize box) const
+    {
+        auto font = QApplication::font(&widget);
+        if (fontPixels > 0) font.setPixelSize(fontPixels);
+        widget.setFont(FittedFont(font, text, box));
+    }
+};
+
+namespace {
+
+class FieldWidget : public QLineEdit {
+public:
+    explicit FieldWidget(EventGate& gate) : gate_(gate) {}
+
+    std::function<bool(std::u32string_view)> keyDown;
+
+private:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        bool consumed = true;
+        gate_.Run([&] { consumed = keyDown && keyDown(TextOf(*event)); });
+        if (!consumed) QLineEdit::keyPressEvent(event);
+    }
+
+    // By the key, never by its text: Return and Enter both come as 13, and so does Ctrl+M; Ctrl+C comes as 3.
+    static std::u32string TextOf(const QKeyEvent& event)
+    {
+        if (event.key() == Qt::Key_Return) return U"\x0D";
+        if (event.key() == Qt::Key_Enter) return U"\x03";
+        const auto text = ToUtf32(event.text());
+        return text == U"\x0D" || text == U"\x03" ? U"" : text;
+    }
+
+    EventGate& gate_;
+};
+
+class RadioWidget : public QRadioButton {
+public:
+    explicit RadioWidget(EventGate& gate) : gate_(gate) {}
+
+    std::function<void()> action;
+
+private:
+    // Reached by every way of choosing the button, before anything has changed.
+    void nextCheckState() override
+    {
+        if (isChecked()) return;
+        gate_.Run([this] {
+            QRadioButton::nextCheckState();
+            if (action) action();
+        });
+    }
+
+    EventGate& gate_;
+};
+
+class CanvasWidget : public QWidget {
+public:
+    explicit CanvasWidget(const QString& picture) : picture_(picture) {}
+
+private:
+    void paintEvent(QPaintEvent* /*event*/) override
+    {
+        QPainter painter(this);
+        picture_.render(&painter, rect());
+    }
+
+    QSvgRenderer picture_;
+};
+
+/// Puts a control on `below`, whose corner stands at `origin` in the window.
+void Place(QWidget& widget, const ControlRow& row, QWidget& below, QPoint origin)
+{
+    widget.setParent(&below);
+    widget.setObjectName(FromUtf8(row.name));
+    widget.setGeometry({QPoint(row.left, row.top) - origin, QSize(row.width, row.height)});
+    widget.setVisible(row.visible);
+}
+
+} // namespace
+
+Control::Control(Window& parent, const ControlRow& row, std::unique_ptr<Impl> impl) : impl_(std::move(impl))
+{
+    impl_->fontPixels = row.fontPixels;
+    Place(impl_->widget, row, *parent.impl_->widget->centralWidget(), {});
+}
+
+Control::Control(Control& parent, const ControlRow& row, std::unique_ptr<Impl> impl) : impl_(std::move(impl))
+{
+    Place(impl_->widget, row, parent.impl_->widget, parent.impl_->widget.pos());
+}
+
+Control::~Control() = default;
+
+bool Control::Visible() const
+{
+    return !impl_->widget.isHidden();
+}
+
+void Control::SetVisible(bool visible)
+{
+    impl_->widget.setVisible(visible);
+}
+
+void Control::SetFocus()
+{
+    impl_->widget.setFocus();
+}
+
+Label::Label(Window& parent, const ControlRow& row) : Control(parent, row, std::make_unique<Impl>(new QLabel))
+{
+    auto& label = impl().As<QLabel>();
+    label.setTextFormat(Qt::PlainText);
+    if (row.align == Align::Centre) label.setAlignment(Qt::AlignCenter);
+    SetText(row.text);
+}
+
+void Label::SetText(std::string_view utf8)
+{
+    text_ = utf8;
+    const auto lines = FromUtf8(utf8).replace("\r\n", "\n").replace('\r', '\n');
+    auto& label = impl().As<QLabel>();
+    impl().Fit(lines, label.size());
+    label.setText(lines);
+}
+
+void Label::SetTextColor(std::uint32_t rgb)
+{
+    textColor_ = rgb;
+    QPalette palette;
+    if (rgb != 0) palette.setColor(QPalette::WindowText, QColor::fromRgb(rgb));
+    impl().widget.setPalette(palette);
+}
+
+TextArea::TextArea(Window& parent, const ControlRow& row)
+    : Control(parent, row, std::make_unique<Impl>(new QPlainTextEdit))
+{
+    auto& area = impl().As<QPlainTextEdit>();
+    area.setReadOnly(true);
+    area.setLineWrapMode(QPlainTextEdit::NoWrap);
+    area.setAcceptDrops(false); // a dragged file is for the window
+    area.viewport()->setAcceptDrops(false);
+}
+
+void TextArea::SetText(std::string text)
+{
+    text_ = std::move(text);
+    impl().As<QPlainTextEdit>().setPlainText(FromUtf8(text_));
+}
+
+TextField::TextField(Window& parent, const ControlRow& row)
+    : Control(parent, row, std::make_unique<Impl>(new FieldWidget(parent.Gate())))
+{
+    impl().widget.setAcceptDrops(false); // a dragged file is for the window
+}
+
+std::u32string TextField::Text() const
+{
+    return ToUtf32(impl().As<FieldWidget>().text());
+}
+
+void TextField::SetText(std::u32string_view text)
+{
+    impl().As<FieldWidget>().setText(FromUtf32(text));
+}
+
+void TextField::SetKeyDown(std::function<bool(std::u32string_view key)> keyDown)
+{
+    impl().As<FieldWidget>().keyDown = std::move(keyDown);
+}
+
+RadioButton::RadioButton(Window& parent, const ControlRow& row)
+    : Control(parent, row, std::make_unique<Impl>(new RadioWidget(parent.Gate())))
+{
+    auto& button = impl().As<RadioWidget>();
+    const auto caption = FromUtf8(row.text);
+    button.setText(caption);
+    QStyleOptionButton option;
+    option.initFrom(&button);
+    const auto box = button.style()->subElementRect(QStyle::SE_RadioButtonContents, &option, &button);
+    impl().Fit(caption, box.size());
+}
+
+bool RadioButton::Value() const
+{
+    return impl().As<RadioWidget>().isChecked();
+}
+
+void RadioButton::SetValue(bool value)
+{
+    impl().As<RadioWidget>().setChecked(value);
+}
+
+void RadioButton::SetAction(std::function<void()> action)
+{
+    impl().As<RadioWidget>().action = std::move(action);
+}
+
+Canvas::Canvas(Control& parent, const ControlRow& row, std::string_view backdrop)
+    : Control(parent, row, std::make_unique<Impl>(new CanvasWidget(":/" + FromUtf8(backdrop) + ".svg")))
+{}
+
+} // namespace platform

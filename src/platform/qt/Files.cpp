@@ -1,0 +1,98 @@
+#include "Files.h"
+
+#include "QtText.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <cerrno>
+#include <fstream>
+#include <system_error>
+
+namespace platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::uint64_t kLongestRead = 16U << 20U; // bytes
+
+QString ToQString(const fs::path& path)
+{
+    return QFile::decodeName(path.string().c_str());
+}
+
+QString NameOf(const fs::path& path)
+{
+    return ToQString(path.filename()).normalized(QString::NormalizationForm_C);
+}
+
+[[noreturn]] void Fail(const fs::path& path, const QString& reason)
+{
+    throw IOException((NameOf(path) + ": " + reason).toStdString());
+}
+
+[[noreturn]] void FailWithErrno(const fs::path& path)
+{
+    Fail(path, FromUtf8(std::generic_category().message(errno)));
+}
+
+} // namespace
+
+FolderItem FolderItemAt(const fs::path& path)
+{
+    std::error_code noLength;
+    const auto length = fs::file_size(path, noLength);
+    return {.NativePath = path, .Name = ToUtf32(NameOf(path)), .Length = noLength ? 0 : length};
+}
+
+std::string ReadBytes(const FolderItem& item)
+{
+    std::error_code error;
+    const auto status = fs::status(item.NativePath, error);
+    if (error) Fail(item.NativePath, FromUtf8(error.message()));
+    if (!fs::is_regular_file(status)) Fail(item.NativePath, "This is no ordinary file.");
+
+    errno = 0;
+    std::ifstream stream(item.NativePath, std::ios::binary);
+    if (!stream) FailWithErrno(item.NativePath);
+    const auto length = fs::file_size(item.NativePath, error);
+    std::string bytes(std::min(length, kLongestRead), '\0');
+    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    if (error || stream.bad()) FailWithErrno(item.NativePath);
+    if (length != item.Length || !stream) Fail(item.NativePath, "The file is being changed by another program.");
+    return bytes;
+}
+
+void WriteBytes(const fs::path& path, std::string_view bytes)
+{
+    std::error_code error;
+    const auto status = fs::status(path, error);
+    if (fs::exists(status) && !fs::is_regular_file(status)) Fail(path, "This is no ordinary file.");
+
+    QSaveFile file(ToQString(path));
+    const auto size = static_cast<qint64>(bytes.size());
+    // All three are asked: on a full disk `commit` alone reports success and destroys the old file.
+    const bool written = file.open(QIODevice::WriteOnly) && file.write(bytes.data(), size) == size && file.flush();
+    if (!written) {
+        const auto reason = file.errorString();
+        file.cancelWriting();
+        Fail(path, reason);
+    }
+    if (!file.commit()) Fail(path, file.errorString());
+}
+
+fs::path Documents()
+{
+    const auto documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFile::encodeName(QDir(documents).exists() ? documents : QDir::homePath()).toStdString();
+}
+
+std::string Utf8(std::u32string_view text)
+{
+    return FromUtf32(text).toStdString();
+}
+
+} // namespace platform

@@ -1,0 +1,112 @@
+#include "MenuImpl.h"
+#include "QtText.h"
+
+#include <QApplication>
+#include <QKeySequence>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QPlainTextEdit>
+
+#include <cassert>
+#include <utility>
+
+namespace platform {
+namespace {
+
+/// Runs the toolkit's own command on the text that has the focus.
+void EditFocusedText(MenuAction action)
+{
+    auto* const focused = QApplication::focusWidget();
+    if (auto* const field = qobject_cast<QLineEdit*>(focused)) {
+        switch (action) {
+        case MenuAction::Undo: return field->undo();
+        case MenuAction::Cut: return field->cut();
+        case MenuAction::Copy: return field->copy();
+        case MenuAction::Paste: return field->paste();
+        case MenuAction::Clear: return field->hasSelectedText() ? field->del() : void();
+        case MenuAction::SelectAll: return field->selectAll();
+        default: return;
+        }
+    }
+    if (auto* const area = qobject_cast<QPlainTextEdit*>(focused)) { // read-only: there is nothing else to do on it
+        if (action == MenuAction::Copy) area->copy();
+        if (action == MenuAction::SelectAll) area->selectAll();
+    }
+}
+
+QAction* MakeItem(const MenuRow& row, EventGate& gate, QMenu& menu)
+{
+    if (row.text == "-") return menu.addSeparator();
+    auto* const item = menu.addAction(FromUtf8(row.text));
+    if (row.shortcut != 0) item->setShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(row.shortcut)));
+    item->setCheckable(row.action == MenuAction::CheckHandler);
+    switch (row.action) {
+    case MenuAction::Handler:
+    case MenuAction::CheckHandler: break; // MenuItem connects these
+    case MenuAction::Quit:
+        item->setMenuRole(QAction::QuitRole);
+        QObject::connect(item, &QAction::triggered, [] { QApplication::closeAllWindows(); });
+        break;
+    default:
+        QObject::connect(item, &QAction::triggered,
+                         [&gate, action = row.action] { gate.Run([action] { EditFocusedText(action); }); });
+    }
+    return item;
+}
+
+} // namespace
+
+MenuBar::MenuBar(EventGate& gate, std::span<const MenuRow> rows)
+    : impl_(std::make_unique<Impl>(Impl{.gate = gate, .widget = new QMenuBar}))
+{
+    QMenu* menu = nullptr;
+    for (const auto& row : rows) {
+        if (row.level == 0) {
+            menu = impl_->widget->addMenu(FromUtf8(row.text));
+        } else {
+            assert(menu != nullptr);
+            MakeItem(row, gate, *menu)->setObjectName(FromUtf8(row.name));
+        }
+    }
+}
+
+MenuBar::~MenuBar()
+{
+    delete impl_->widget;
+}
+
+struct MenuItem::Impl {
+    EventGate& gate;
+    QAction& action;
+    bool hasCheckMark = false;
+};
+
+MenuItem::MenuItem(MenuBar& bar, std::string_view name)
+{
+    auto* const action = bar.impl_->widget->findChild<QAction*>(FromUtf8(name));
+    assert(action != nullptr);
+    impl_ = std::make_unique<Impl>(Impl{.gate = bar.impl_->gate, .action = *action});
+}
+
+MenuItem::~MenuItem() = default;
+
+bool MenuItem::HasCheckMark() const
+{
+    return impl_->hasCheckMark;
+}
+
+void MenuItem::SetHasCheckMark(bool on)
+{
+    impl_->hasCheckMark = on;
+    impl_->action.setChecked(on);
+}
+
+void MenuItem::SetHandler(std::function<bool()> handler)
+{
+    QObject::connect(&impl_->action, &QAction::triggered, [this, handler = std::move(handler)] {
+        impl_->action.setChecked(impl_->hasCheckMark); // the toolkit has toggled it already
+        impl_->gate.Run([&] { handler(); });
+    });
+}
+
+} // namespace platform
