@@ -15,7 +15,9 @@ constexpr std::string_view kLineStart = "\tDEFB ";
 class RunBytes {
 public:
     RunBytes(std::string& binZeile, std::int64_t& datengroesse, const ListingSink& flushListingLine)
-        : BinZeile(binZeile), Datengroesse(datengroesse), FlushListingLine(flushListingLine)
+        : BinZeile(binZeile),
+          Datengroesse(datengroesse),
+          FlushListingLine(flushListingLine)
     {}
 
     void AddContinuation()

@@ -5,6 +5,7 @@
 namespace conversion {
 namespace {
 
+// clang-format off
 // One instruction a line, with its address when the player lies at 80C5.
 constexpr std::string_view kHeaderPC1600 =
     "&Hff&H10&H00&H00&H10"
@@ -65,6 +66,7 @@ constexpr std::string_view kHeaderPC1600 =
     "&H20&H20&H20&H20&H20&H20&H20&H20"
     "&H20&H20&H20&H20&H20&H20&H20&H20"
     "&H0d";                                // 8137  its end; the run bytes follow at 8138
+// clang-format on
 
 static_assert(kHeaderPC1600.size() == kTokensPC1600 * kTokenLength);
 

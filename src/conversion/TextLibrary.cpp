@@ -74,7 +74,8 @@ std::string Hex(std::uint64_t v)
     std::array<char, 16> digits{};
     const auto end = std::to_chars(digits.begin(), digits.end(), v, 16).ptr;
     std::string hex(digits.begin(), end);
-    std::transform(hex.begin(), hex.end(), hex.begin(), [](char c) { return c >= 'a' ? static_cast<char>(c - 32) : c; });
+    std::transform(hex.begin(), hex.end(), hex.begin(),
+                   [](char c) { return c >= 'a' ? static_cast<char>(c - 32) : c; });
     return hex;
 }
 

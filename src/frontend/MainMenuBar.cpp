@@ -31,4 +31,5 @@ constexpr platform::MenuRow kMenu[] = {
 
 } // namespace
 
-MainMenuBar::MainMenuBar(platform::EventGate& gate) : MenuBar(gate, kMenu) {}
+MainMenuBar::MainMenuBar(platform::EventGate& gate) : MenuBar(gate, kMenu)
+{}

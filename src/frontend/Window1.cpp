@@ -3,7 +3,9 @@
 #include "Application.h"
 
 Window1::Window1(platform::EventGate& gate, MainMenuBar& menuBar, platform::Dialogs& dialogs)
-    : Window(gate, menuBar, kWindow), menuBar_(menuBar), dialogs_(dialogs),
+    : Window(gate, menuBar, kWindow),
+      menuBar_(menuBar),
+      dialogs_(dialogs),
       RuntimeBackgroundTask([this] { dialogs_.RuntimeBackgroundTask(); })
 {
     RadioButtonPC1600.SetValue(true);

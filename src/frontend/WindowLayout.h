@@ -13,7 +13,8 @@ inline constexpr platform::WindowRow kWindow{.width = 600, .height = 451, .title
 inline constexpr auto kDefault = platform::Align::Default;
 inline constexpr auto kCentre = platform::Align::Centre;
 
-inline constexpr platform::ControlRow kControls[] = { // in the order of creation, which is also the tab order
+// In the order of creation, which is also the tab order.
+inline constexpr platform::ControlRow kControls[] = {
     // clang-format off
     // name                     L    T    W    H  font  align     visible  text
     {"LabelDragAndDrop",       20,  48, 560,  29,  24,  kCentre,  true,    "Drag Wave File into the Window"},

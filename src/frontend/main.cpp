@@ -1,9 +1,9 @@
 #include "App.h"
 #include "Application.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <iostream>
 
 int main(int argc, char* argv[])
 {
@@ -18,7 +18,7 @@ int main(int argc, char* argv[])
         window.Show();
         return application.Run();
     } catch (const std::exception& failure) {
-        std::fprintf(stderr, "tonfloss: %s\n", failure.what());
+        std::cerr << "tonfloss: " << failure.what() << '\n';
         return EXIT_FAILURE;
     }
 }

@@ -66,12 +66,13 @@ private:
 
     void closeEvent(QCloseEvent* event) override { event->setAccepted(!gate_.Busy()); }
 
-    /// Accepts a drag as a copy, whatever was proposed: after a move its source would delete the user's file.
+    /// Accepts a drag as a copy, or as nothing where its source can't copy: after a move the source would delete the
+    /// user's file.
     void Answer(QDropEvent& event, bool wanted, const std::function<bool()>& refuses)
     {
         bool refused = true;
         if (wanted) gate_.Run([&] { refused = refuses(); });
-        event.setDropAction(Qt::CopyAction);
+        event.setDropAction(event.possibleActions() & Qt::CopyAction ? Qt::CopyAction : Qt::IgnoreAction);
         event.setAccepted(!refused);
     }
 
@@ -90,12 +91,13 @@ private:
 
 Window::Window(EventGate& gate, MenuBar& menuBar, const WindowRow& row)
 {
-    auto widget = std::make_unique<MainWidget>(gate, DragHandlers{
-                                                         .enter = [this] { return Event_DragEnter(); },
-                                                         .over = [this] { return Event_DragOver(); },
-                                                         .exit = [this] { Event_DragExit(); },
-                                                         .drop = [this](const DragItem& item) { Event_DropObject(item); },
-                                                     });
+    auto widget =
+        std::make_unique<MainWidget>(gate, DragHandlers{
+                                               .enter = [this] { return Event_DragEnter(); },
+                                               .over = [this] { return Event_DragOver(); },
+                                               .exit = [this] { Event_DragExit(); },
+                                               .drop = [this](const DragItem& item) { Event_DropObject(item); },
+                                           });
     // The area below the menu bar has the fixed size; the window's own would count the menu bar in.
     auto* const client = new QWidget;
     client->setFixedSize(row.width, row.height);

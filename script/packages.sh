@@ -1,0 +1,28 @@
+# The Debian packages that the project needs, and how they get onto the machine. Sourced.
+# shellcheck shell=bash disable=SC2034
+
+packages_build=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev libgtest-dev libgmock-dev fonts-dejavu-core)
+packages_desktop=(xvfb openbox xdotool scrot)
+packages_checks=(clang-14 clang-tidy-14 clang-format-14 libclang-rt-14-dev shellcheck)
+
+# need PACKAGE...: installs those that are missing. Does nothing, quickly, when none is.
+need() {
+    local package missing=() as_root=()
+    for package; do
+        [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+    [ "$(id -u)" = 0 ] || as_root=(sudo)
+    echo "Installing ${missing[*]}"
+    "${as_root[@]}" apt-get update -q
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}"
+}
+
+# build PRESET [TARGET...]
+build() {
+    local preset=$1
+    shift
+    cmake --preset "$preset" >"/tmp/tonfloss-configure-$$" 2>&1 || { cat "/tmp/tonfloss-configure-$$"; return 1; }
+    rm -f "/tmp/tonfloss-configure-$$"
+    cmake --build --preset "$preset" ${1:+--target "$@"}
+}

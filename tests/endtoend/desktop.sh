@@ -1,0 +1,123 @@
+# A desktop of our own to run the real program on: Xvfb, a window manager, a scratch home, real drags, keys and clicks.
+# Sourced. Everything started here ends with the shell that sourced it.
+# shellcheck shell=bash
+
+desktop_scratch=$(mktemp -d)
+export HOME=$desktop_scratch/home XDG_RUNTIME_DIR=$desktop_scratch/run LC_ALL=C.UTF-8
+unset WAYLAND_DISPLAY XDG_CONFIG_HOME XDG_DOCUMENTS_DIR QT_QPA_PLATFORM
+mkdir -m 700 "$HOME" "$XDG_RUNTIME_DIR"
+trap 'kill $(jobs -p) 2>/dev/null; wait 2>/dev/null; rm -rf "$desktop_scratch"' EXIT
+
+fail() {
+    echo "$(basename "$0"): $*" >&2
+    exit 1
+}
+
+# wait_for WHAT COMMAND...: until the command succeeds, ten seconds at most.
+wait_for() {
+    local what=$1 i
+    shift
+    for ((i = 0; i < 200; i++)); do
+        "$@" >/dev/null 2>&1 && return
+        sleep 0.05
+    done
+    fail "waited in vain for $what"
+}
+
+# desktop_start WIDTHxHEIGHT
+desktop_start() {
+    local number=$desktop_scratch/display
+    Xvfb -displayfd 3 -screen 0 "$1x24" -nolisten tcp 3>"$number" >/dev/null 2>&1 &
+    wait_for "the display" grep -q . "$number"
+    DISPLAY=:$(cat "$number")
+    export DISPLAY
+    openbox >/dev/null 2>&1 &
+    wait_for "the window manager" xdotool get_desktop
+}
+
+# window_of TITLE: the id of the visible window with exactly that title.
+window_of() {
+    xdotool search --onlyvisible --name "^$1\$" | tail -n 1 | grep .
+}
+
+# wait_window TITLE: waits until it shows and has the focus.
+wait_window() {
+    wait_for "a window \"$1\"" window_of "$1"
+    wait_for "the focus on \"$1\"" focus_is "$1"
+}
+
+focus_is() {
+    [ "$(xdotool getwindowname "$(xdotool getwindowfocus)")" = "$1" ]
+}
+
+wait_gone() {
+    wait_for "the end of \"$1\"" window_is_gone "$1"
+}
+
+window_is_gone() {
+    ! window_of "$1"
+}
+
+# program_start BUILD: starts the program and waits for its window.
+program_start() {
+    "$1/src/tonfloss" 2>"$desktop_scratch/stderr" &
+    program=$!
+    wait_window "Tonfloss PC-1600"
+    program_window=$(window_of "Tonfloss PC-1600")
+}
+
+# program_end: closes the window as its close button does; the program ends well.
+program_end() {
+    press alt+F4
+    wait "$program" || fail "the program ended with status $?: $(cat "$desktop_scratch/stderr")"
+}
+
+# drag BUILD [--move] URL...: from a window of another process to the middle of the program's window. Prints the answer.
+drag() {
+    local build=$1 answer=$desktop_scratch/answer source
+    shift
+    "$build/tests/drag_source" "$@" >"$answer" 2>/dev/null &
+    source=$!
+    wait_for "the drag source" window_of "Drag source"
+    xdotool mousemove --window "$(window_of "Drag source")" 60 30
+    sleep 0.1
+    xdotool mousedown 1
+    sleep 0.2
+    xdotool mousemove --window "$program_window" 100 100
+    sleep 0.1
+    xdotool mousemove --window "$program_window" 300 200
+    sleep 0.2
+    xdotool mouseup 1
+    wait_for "the end of the drag" grep -q . "$answer"
+    wait "$source"
+    cat "$answer"
+}
+
+# press KEYS...: to the window that has the focus.
+press() {
+    xdotool key --delay 20 "$@"
+}
+
+type_text() {
+    xdotool type --delay 20 "$1"
+}
+
+# dismiss: closes the message box that stands or is about to.
+dismiss() {
+    wait_window "Tonfloss"
+    press Return
+    wait_gone "Tonfloss"
+}
+
+# save_as PATH: answers the save dialog.
+save_as() {
+    wait_window "Title Property"
+    press ctrl+a
+    type_text "$1"
+    press Return
+    wait_gone "Title Property"
+}
+
+screenshot() {
+    scrot -o "$1"
+}
