@@ -7,6 +7,9 @@
 #include "WaveBytes.h"
 #include "Window1.h"
 
+#include <QApplication>
+#include <QMainWindow>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -23,6 +26,8 @@ protected:
     {
         std::filesystem::create_directories(folder);
         App().Event_Open(window, menuBar);
+        for (auto* const each : QApplication::topLevelWidgets())
+            if (auto* const found = qobject_cast<QMainWindow*>(each)) main = found;
     }
     ~WindowTest() override { std::filesystem::remove_all(folder); }
 
@@ -37,11 +42,11 @@ protected:
         return {std::istreambuf_iterator<char>(stream), {}};
     }
 
-    void Drop(const path& name, const std::string& bytes)
+    void Drop(const platform::DragItem& item)
     {
-        const platform::DragItem item{platform::FolderItemAt(Write(name, bytes))};
         gate.Run([&] { window.Event_DropObject(item); });
     }
+    void Drop(const path& name, const std::string& bytes) { Drop({platform::FolderItemAt(Write(name, bytes))}); }
     void DropTone() { Drop("tone.wav", WaveBytes().samples(ToneOf160())); }
 
     /// Types `text` and presses Return.
@@ -51,9 +56,17 @@ protected:
         gate.Run([&] { window.TextFieldAudioAdresse_KeyDown(U"\x0D"); });
     }
 
+    /// A control or menu item as the toolkit has it.
+    template <class Object>
+    Object& Find(const char* name) const
+    {
+        return *main->findChild<Object*>(name);
+    }
+
     const path folder = path(testing::TempDir()) / "tonfloss-window-test";
     FakeDialogs dialogs;
     platform::EventGate gate{dialogs};
     MainMenuBar menuBar{gate};
     Window1 window{gate, menuBar, dialogs};
+    QMainWindow* main = nullptr;
 };
