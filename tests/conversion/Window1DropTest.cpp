@@ -3,6 +3,8 @@
 #include "SoundFileHeader.h"
 #include "WindowTest.h"
 
+#include <QWindow>
+
 namespace {
 
 using testing::ElementsAre;
@@ -142,9 +144,10 @@ TEST_F(Dropping, PatchesOnlyTheHeaderOfTheTarget)
 
 TEST_F(Dropping, ShowsTheNameLetterForLetter)
 {
+    window.Show();
     for (const auto* const name : {"<b>x<.wav", "a&b.wav", "a[*]b.wav", "\xC3\xBC.wav"}) {
         Drop(name, WaveBytes());
-        EXPECT_EQ(window.Title(), std::string(name) + " / 44 Bytes / 11.025 kHz");
+        EXPECT_EQ(main->windowHandle()->title().toStdString(), std::string(name) + " / 44 Bytes / 11.025 kHz");
     }
     Drop("u\xCC\x88.wav", WaveBytes()); // decomposed on the disk: one character all the same
     EXPECT_EQ(window.HeaderPC1600.substr(420, 8), "&HFC&H2E");

@@ -1,5 +1,5 @@
-// A program to drag from: `drag_source [--move] URL...` shows a small window; a press on it begins a drag of the URLs.
-// Prints what the target answered, "copy", "move" or "none", and ends. --move offers a move only.
+// A program to drag from: `drag_source [--move] URL...` shows a small window; a press on it begins a drag of the URLs, or
+// of a text where none is given. Prints what the target answered, "copy", "move" or "none", and ends. --move offers a move only.
 #include <QApplication>
 #include <QDrag>
 #include <QLabel>
@@ -24,7 +24,10 @@ private:
     {
         auto* const drag = new QDrag(this);
         auto* const mime = new QMimeData;
-        mime->setUrls(urls_);
+        if (urls_.isEmpty())
+            mime->setText("no file");
+        else
+            mime->setUrls(urls_);
         drag->setMimeData(mime);
         // The toolkit keeps the drag until the target has fetched the data and said that it is done.
         connect(drag, &QObject::destroyed, QCoreApplication::quit);

@@ -4,6 +4,7 @@
 #include <QAction>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
@@ -115,8 +116,10 @@ TEST_F(Events, ReturnAndEnterAreToldByTheKey)
     DropTone();
     dialogs.answer = folder / "SOUND";
     auto& field = Find<QLineEdit>("TextFieldAudioAdresse");
-    for (const auto& [key, modifier] : {std::pair(Qt::Key_M, Qt::ControlModifier), {Qt::Key_C, Qt::ControlModifier}})
-        QTest::keyClick(&field, key, modifier); // their texts are 13 and 3
+    QKeyEvent ctrlM(QEvent::KeyPress, Qt::Key_M, Qt::ControlModifier, "\x0D");
+    QKeyEvent ctrlC(QEvent::KeyPress, Qt::Key_C, Qt::ControlModifier, "\x03");
+    for (auto* const neither : {&ctrlM, &ctrlC})
+        QApplication::sendEvent(&field, neither);
     EXPECT_EQ(dialogs.shown.size(), 1U);
     QTest::keyClicks(&field, "80C5");
     EXPECT_EQ(window.TextFieldAudioAdresse.Text(), U"80C5");
