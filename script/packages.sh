@@ -1,8 +1,9 @@
 # The Debian packages that the project needs, and how they get onto the machine. Sourced.
 # shellcheck shell=bash disable=SC2034
 
-packages_build=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev libgtest-dev libgmock-dev fonts-dejavu-core)
-packages_desktop=(xvfb openbox xdotool scrot)
+packages_build=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev fonts-dejavu-core)
+packages_tests=(libgtest-dev libgmock-dev libz80ex-dev pasmo z80asm z80dasm)
+packages_desktop=(xvfb openbox xdotool wmctrl scrot)
 packages_checks=(clang-14 clang-tidy-14 clang-format-14 libclang-rt-14-dev shellcheck)
 
 # need PACKAGE...: installs those that are missing. Does nothing, quickly, when none is.

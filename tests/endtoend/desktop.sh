@@ -24,6 +24,12 @@ wait_for() {
     fail "waited in vain for $what"
 }
 
+# make_recording: 160 samples at 11025 Hz, 8 bits, mono: twenty times four high ones and four low ones.
+make_recording() {
+    printf 'RIFF\xc4\0\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x11\x2b\0\0\x11\x2b\0\0\1\0\x08\0data\xa0\0\0\0'
+    for _ in {1..20}; do printf '\xc8\xc8\xc8\xc8\x32\x32\x32\x32'; done
+}
+
 # desktop_start WIDTHxHEIGHT
 desktop_start() {
     local number=$desktop_scratch/display
@@ -58,9 +64,9 @@ window_is_gone() {
     ! window_of "$1"
 }
 
-# program_start BUILD: starts the program and waits for its window.
+# program_start PROGRAM: starts it and waits for its window.
 program_start() {
-    "$1/src/tonfloss" 2>"$desktop_scratch/stderr" &
+    "$1" 2>"$desktop_scratch/stderr" &
     program=$!
     wait_window "Tonfloss PC-1600"
     program_window=$(window_of "Tonfloss PC-1600")
@@ -72,7 +78,9 @@ program_end() {
     wait "$program" || fail "the program ended with status $?: $(cat "$desktop_scratch/stderr")"
 }
 
-# drag BUILD [--move] URL...: from a window of another process to the middle of the program's window. Prints the answer.
+# drag BUILD [--move] URL...: from a window of another process to the point drop_at in the program's window. Prints the
+# answer.
+drop_at=(300 200)
 drag() {
     local build=$1 answer=$desktop_scratch/answer source
     shift
@@ -83,9 +91,9 @@ drag() {
     sleep 0.1
     xdotool mousedown 1
     sleep 0.2
-    xdotool mousemove --window "$program_window" 100 100
+    xdotool mousemove --window "$program_window" "${drop_at[0]}" $((drop_at[1] - 9))
     sleep 0.1
-    xdotool mousemove --window "$program_window" 300 200
+    xdotool mousemove --window "$program_window" "${drop_at[@]}"
     sleep 0.2
     xdotool mouseup 1
     wait_for "the end of the drag" grep -q . "$answer"

@@ -86,7 +86,8 @@ TEST_F(Events, NothingStartsWhileAnotherIsUnderWay)
     dialogs.onYield = dialogs.whileOpen = [&] {
         ++tried;
         EXPECT_EQ(DropUrl(tone), Qt::TargetMoveAction);
-        QTest::keyClick(&Find<QLineEdit>("TextFieldAudioAdresse"), Qt::Key_8);
+        for (const auto key : {Qt::Key_8, Qt::Key_Return})
+            QTest::keyClick(&Find<QLineEdit>("TextFieldAudioAdresse"), key);
         Find<QRadioButton>("RadioButtonPokEmul").click();
         Find<QAction>("OptionAudioPokEmul").trigger();
         Find<QAction>("OptionDefBWindow").trigger();

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QStandardPaths>
 
@@ -39,6 +40,15 @@ QString NameOf(const fs::path& path)
     Fail(path, FromUtf8(std::generic_category().message(errno)));
 }
 
+/// Where a path leads through its links; the last one may lead to a file that isn't there yet.
+fs::path FileMeant(const fs::path& path, bool exists)
+{
+    std::error_code error;
+    if (exists) return fs::canonical(path, error);
+    if (fs::is_symlink(path, error)) return path.parent_path() / fs::read_symlink(path, error);
+    return path;
+}
+
 } // namespace
 
 FolderItem FolderItemAt(const fs::path& path)
@@ -70,11 +80,18 @@ void WriteBytes(const fs::path& path, std::string_view bytes)
 {
     std::error_code error;
     const auto status = fs::status(path, error);
-    if (fs::exists(status) && !fs::is_regular_file(status)) Fail(path, "This is no ordinary file.");
+    const bool replaces = fs::exists(status);
+    if (replaces && !fs::is_regular_file(status)) Fail(path, "This is no ordinary file.");
 
-    QSaveFile file(ToQString(path));
+    const auto target = FileMeant(path, replaces);
+    if (replaces && !QFileInfo(ToQString(target)).isWritable()) Fail(path, "This file is write-protected.");
+
+    // First under a name of our own: what a killed save leaves behind is known by it, and the next save takes it away.
+    const auto part = target.parent_path() / ("." + target.filename().string() + ".tonfloss-part");
+    fs::remove(part, error);
+    QSaveFile file(ToQString(part));
     const auto size = static_cast<qint64>(bytes.size());
-    // All three are asked: on a full disk `commit` alone reports success and destroys the old file.
+    // All three are asked: on a full disk `commit` alone reports success and leaves half a file.
     const bool written = file.open(QIODevice::WriteOnly) && file.write(bytes.data(), size) == size && file.flush();
     if (!written) {
         const auto reason = file.errorString();
@@ -82,6 +99,14 @@ void WriteBytes(const fs::path& path, std::string_view bytes)
         Fail(path, reason);
     }
     if (!file.commit()) Fail(path, file.errorString());
+
+    if (replaces) fs::permissions(part, status.permissions(), error);
+    fs::rename(part, target, error);
+    if (error) {
+        const auto reason = FromUtf8(error.message());
+        fs::remove(part, error);
+        Fail(path, reason);
+    }
 }
 
 fs::path Documents()
