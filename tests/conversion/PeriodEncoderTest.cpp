@@ -2,106 +2,76 @@
 
 #include <gtest/gtest.h>
 
-#include <initializer_list>
 #include <string>
-#include <utility>
+#include <vector>
 
 namespace {
 
-std::string Samples(std::initializer_list<std::pair<int, int>> runs) // value, how often
+std::string High(int samples)
 {
-    std::string samples;
-    for (const auto& [value, count] : runs)
-        samples += std::string(static_cast<std::size_t>(count), static_cast<char>(value));
-    return samples;
+    return std::string(static_cast<std::size_t>(samples), '\xC8');
 }
 
 /// One period for each length, then two samples that nobody looks at.
-std::string Periods(std::initializer_list<int> lengths)
+std::string Periods(const std::vector<int>& lengths)
 {
     std::string samples;
     for (const int length : lengths)
-        samples += Samples({{200, length - 1}, {50, 1}});
-    return samples + Samples({{50, 2}});
+        samples += High(length - 1) + "2"; // "2" lies below the midline
+    return samples + "22";
 }
 
 struct Encoded {
     std::string BinZeile = "left over";
     std::int64_t Datengroesse = 0;
     std::string listing;
+
+    explicit Encoded(const std::string& samples)
+    {
+        conversion::Yield yield([] {});
+        const auto flush = [&](std::string_view line) { (listing += line) += '\r'; };
+        conversion::EncodePeriods(samples, BinZeile, Datengroesse, flush, yield);
+        EXPECT_EQ(BinZeile.size(), 4 * static_cast<std::size_t>(Datengroesse));
+    }
 };
 
-Encoded Encode(const std::string& samples)
+TEST(EncodePeriods, WritesTheRunBytesOfEachPeriod)
 {
-    Encoded encoded;
-    conversion::Yield yield([] {});
-    conversion::EncodePeriods(
-        samples, encoded.BinZeile, encoded.Datengroesse,
-        [&](std::string_view line) { (encoded.listing += line) += '\r'; }, yield);
-    EXPECT_EQ(encoded.BinZeile.size(), 4 * static_cast<std::size_t>(encoded.Datengroesse));
-    return encoded;
+    const std::string midline(5, '\x80');
+    for (const auto& [samples, tokens] : std::vector<std::pair<std::string, std::string>>{
+             {"", "&HFF"},
+             {High(1), "&HFF"},
+             {High(1) + "22", "&HFF"}, // the last two are not looked at
+             {High(1) + "222", "&H02&HFF"},
+             {High(999), "&HFF"},
+             {std::string(999, '2'), "&HFF"},
+             {High(1) + midline + "222", "&H07&HFF"}, // the midline counts, but ends nothing
+             {midline + "222", "&HFF"},               // and arms nothing
+             {"\x81\x7F\x7F\x7F", "&H02&HFF"},
+             {"222" + High(2) + "222", "&H06&HFF"},         // what lies ahead of the first rise counts
+             {High(1) + "2" + High(50), "&H02&HFF"},        // an unfinished period is lost
+             {Periods({15, 16, 253}), "&H0F&H10&HFD&HFF"},  //
+             {Periods({254}), "&Hfe&H00&HFF"},              // entered at 254
+             {Periods({255, 507}), "&Hfe&H01&Hfe&HFD&HFF"}, //
+             {Periods({508}), "&Hfe&HFE&HFF"},              // left below 255
+             {Periods({509, 762}), "&Hfe&Hfe&H01&Hfe&Hfe&HFE&HFF"},
+         })
+        EXPECT_EQ(Encoded(samples).BinZeile, tokens);
 }
 
-struct SignalCase {
-    const char* name;
-    std::string samples;
-    std::string tokens;
-};
-
-class Signal : public testing::TestWithParam<SignalCase> {};
-
-TEST_P(Signal, BecomesRunBytes)
+TEST(EncodePeriods, ListsSixteenValuesALineAndSeventeenBehindAContinuation)
 {
-    EXPECT_EQ(Encode(GetParam().samples).BinZeile, GetParam().tokens);
-}
-
-INSTANTIATE_TEST_SUITE_P(Periods, Signal,
-                         testing::ValuesIn<SignalCase>({
-                             {"Empty", "", "&HFF"},
-                             {"OneSample", Samples({{200, 1}}), "&HFF"},
-                             {"LastTwoAreNotLookedAt", Samples({{200, 1}, {50, 2}}), "&HFF"},
-                             {"FirstThatIsLookedAt", Samples({{200, 1}, {50, 3}}), "&H02&HFF"},
-                             {"AllHigh", Samples({{200, 999}}), "&HFF"},
-                             {"AllLow", Samples({{50, 999}}), "&HFF"},
-                             {"AllOnMidline", Samples({{128, 999}}), "&HFF"},
-                             {"MidlineCountsButDoesNotEnd", Samples({{200, 1}, {128, 2}, {50, 3}}), "&H04&HFF"},
-                             {"MidlineDoesNotArm", Samples({{128, 5}, {50, 3}}), "&HFF"},
-                             {"JustAboveAndBelow", Samples({{129, 1}, {127, 3}}), "&H02&HFF"},
-                             {"LeadingLowCounts", Samples({{50, 3}, {200, 2}, {50, 3}}), "&H06&HFF"},
-                             {"UnfinishedPeriodIsLost", Samples({{200, 1}, {50, 1}, {200, 50}}), "&H02&HFF"},
-                             {"Two", Periods({2}), "&H02&HFF"},
-                             {"Fifteen", Periods({15, 16}), "&H0F&H10&HFF"},
-                             {"LongestPlain", Periods({253}), "&HFD&HFF"},
-                             {"Exactly254", Periods({254}), "&Hfe&H00&HFF"},
-                             {"Rest1", Periods({255}), "&Hfe&H01&HFF"},
-                             {"Rest253", Periods({507}), "&Hfe&HFD&HFF"},
-                             {"Rest254EndsThePeriod", Periods({508}), "&Hfe&HFE&HFF"},
-                             {"TwoContinuations", Periods({509}), "&Hfe&Hfe&H01&HFF"},
-                             {"Twice254AndRest254", Periods({762}), "&Hfe&Hfe&HFE&HFF"},
-                             {"ThreeContinuations", Periods({763}), "&Hfe&Hfe&Hfe&H01&HFF"},
-                         }),
-                         [](const auto& row) { return row.param.name; });
-
-TEST(Listing, HoldsEveryValueAndNoDanglingComma)
-{
-    EXPECT_EQ(Encode("").listing, "\tDEFB 255\r");
-    EXPECT_EQ(Encode(Periods({254, 3})).listing, "\tDEFB 254,0,3,255\r");
-    EXPECT_EQ(Encode(Periods({2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2})).listing, // the end mark completes the line
-              "\tDEFB 2,2,2,2,2,2,2,2,2,2,2,2,2,2,2,255\r");
-    EXPECT_EQ(Encode(Periods({2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2})).listing,
-              "\tDEFB 2,2,2,2,2,2,2,2,2,2,2,2,2,2,2,2\r\tDEFB 255\r");
-}
-
-TEST(Listing, LineAfterAContinuationTakesSeventeenValues)
-{
-    EXPECT_EQ(Encode(Periods({2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 300, 3})).listing, // from column 15: 16 values
-              "\tDEFB 2,2,2,2,2,2,2,2,2,2,2,2,2,2,254,46\r\tDEFB 3,255\r");
-    EXPECT_EQ(Encode(Periods({2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 300, 3,
-                              3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 4}))
-                  .listing,
+    const auto twos = [](std::size_t count, std::vector<int> more) {
+        more.insert(more.begin(), count, 2);
+        return Encoded(Periods(more)).listing;
+    };
+    EXPECT_EQ(Encoded("").listing, "\tDEFB 255\r");
+    EXPECT_EQ(twos(15, {}), "\tDEFB 2,2,2,2,2,2,2,2,2,2,2,2,2,2,2,255\r");
+    EXPECT_EQ(twos(16, {}), "\tDEFB 2,2,2,2,2,2,2,2,2,2,2,2,2,2,2,2\r\tDEFB 255\r");
+    EXPECT_EQ(twos(14, {300, 3}), "\tDEFB 2,2,2,2,2,2,2,2,2,2,2,2,2,2,254,46\r\tDEFB 3,255\r");
+    EXPECT_EQ(twos(15, {300, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 4}),
               "\tDEFB 2,2,2,2,2,2,2,2,2,2,2,2,2,2,2,254\r"
-              "\tDEFB 46,3,3,3,3,3,3,3,3,3,3,3,3,3,3,3,3\r"
-              "\tDEFB 4,255\r");
+              "\tDEFB 46,3,3,3,3,3,3,3,3,3,3,3,3,3,3,3,3\r\tDEFB 4,255\r");
 }
 
 } // namespace

@@ -101,6 +101,22 @@ INSTANTIATE_TEST_SUITE_P(
     }),
     [](const auto& row) { return row.param.name; });
 
+TEST_F(Dropping, JudgesTheFourFieldsByAllTheirBytesAndInTheirOrder)
+{
+    for (const auto& [file, message] : std::vector<std::pair<std::string, std::string>>{
+             {WaveBytes().rate(8000).length(36), "PC1600 Soundfilegrösse = 132 KB."}, // nothing else is looked at
+             {"", "Falsches .Wav Format - Kein PCM !"},                               // past the end reads as 0
+             {WaveBytes().formatTag(0x0101), "Falsches .Wav Format - Kein PCM !"},
+             {WaveBytes().channels(2).rate(7000), "Falsches .Wav Format - Kein Mono !"},
+             {WaveBytes().rate(11025 + (1U << 24U)),
+              "Falsches .Wav Format - Benutze 6000 - 11025 Samples pro Sekunde !"},
+             {WaveBytes().length(34), "Falsches .Wav Format - Keine 8 Bit Encodierung!"},
+         }) {
+        Drop("a.wav", file);
+        EXPECT_EQ(dialogs.shown.back(), message);
+    }
+}
+
 TEST_F(Dropping, WithoutAFileEmptiesOnlyTheTexts)
 {
     window.LabelDragAndDrop.SetTextColor(kBlack); // no file, no red

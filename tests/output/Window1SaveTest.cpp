@@ -81,76 +81,51 @@ TEST_F(Save, FailedKeepsTheEntryOpenForAnotherTry)
     EXPECT_EQ(Saved(), kFileHeader + kPlayerAndRunBytes);
 }
 
-TEST_F(Save, SpeaksEnglish)
+TEST_F(Save, AddressIsAcceptedOrRefusedWithAnEmptyField)
 {
-    window.Language = "eng";
-    DropTone();
-    EXPECT_EQ(window.Label1.Text(), "Loading-/starting address audiofile (Hexadecimal):");
-    EXPECT_EQ(window.Label4.Text(), "With 32KB extension > =80C5\r\nWithout 32KB extension >= C0C5");
-    Enter(U"80C5");
-    EXPECT_EQ(dialogs.shown.back(), "PC-1600 soundfile successfully created !");
-    EXPECT_EQ(window.Label3.Text(), "Use sample format 6000 Hz - 11025 Hz / 8 bit depth / PCM / mono");
-    dialogs.answer.reset();
-    DropTone();
-    Enter(U"80C5");
-    EXPECT_EQ(dialogs.shown.back(), "Oops! There's been a mistake.\nPC-1600 soundfile not created!");
-}
-
-struct AddressCase {
-    const char* name;
-    std::u32string_view typed;
-    bool pokEmul;
-    std::string ger; // empty: accepted
-    std::string eng;
-};
-
-class Address : public Save, public testing::WithParamInterface<AddressCase> {};
-
-TEST_P(Address, IsAcceptedOrRefusedWithAnEmptyField)
-{
-    const auto& [name, typed, pokEmul, ger, eng] = GetParam();
-    if (pokEmul) window.OptionAudioPokEmul_Action();
-    for (const auto& [language, text] : {std::pair("ger", ger), std::pair("eng", eng)}) {
-        window.Language = language;
-        DropTone();
-        const auto header = window.HeaderPC1600;
+    const std::string range = "Lade-/Startadresse >&80C5 <&EFFF|Loading-/starting address >&80C5 <&EFFF";
+    const std::string length = "Lade-/Startadresse >&80C5 <&EFFF|Loading-/starting adress >&80C5 <&EFFF";
+    const std::string sum = "Lade-/Startadresse zu Hoch !|Loading-/starting address too high";
+    const std::string saved = "PC-1600 Soundfile erfogreich erstellt !|PC-1600 soundfile successfully created !";
+    struct Row {
+        std::u32string_view typed;
+        bool pokEmul;
+        std::string messages; // German and English
+    };
+    for (const auto& [typed, pokEmul, messages] : std::vector<Row>{
+             {U"80C5", false, saved},
+             {U"80C4", false, range},
+             {U"F000", false, range},
+             {U"EFFF", false, sum},   // in the range, but no file is so short
+             {U"EF67", false, saved}, // with 152 bytes EFFF is reached
+             {U"EF68", false, sum},
+             {U"EFEA", true, saved}, // here they are 21
+             {U"EFEB", true, sum},
+             {U"80G5", false, range},
+             {U" 0C5", false, range},
+             {U"80C\U0001F600", false, range}, // four characters in seven bytes
+             {U"", false, length},
+             {U"0C5", false, length},
+             {U"080C5", false, length},
+         }) {
+        std::string heard;
         std::u32string whileMessageStands;
-        dialogs.whileOpen = [&] { whileMessageStands = window.TextFieldAudioAdresse.Text(); };
-        Enter(typed);
-        dialogs.whileOpen = [] {};
-        EXPECT_EQ(std::filesystem::exists(folder / "SOUND"), text.empty());
-        EXPECT_EQ(EntryShows(), !text.empty());
-        if (text.empty()) continue;
-        EXPECT_EQ(dialogs.shown.back(), text);
-        EXPECT_EQ(whileMessageStands, typed.size() == 4 ? typed : U""); // a wrong length is gone before its message
-        EXPECT_EQ(window.TextFieldAudioAdresse.Text() + window.AdresseAudioFile, U"");
-        EXPECT_EQ(window.HeaderPC1600, header);
+        for (const auto* const language : {"ger", "eng"}) {
+            window.Language = language;
+            if (pokEmul) window.OptionAudioPokEmul_Action();
+            DropTone();
+            dialogs.whileOpen = [&] { whileMessageStands = window.TextFieldAudioAdresse.Text(); };
+            Enter(typed);
+            dialogs.whileOpen = [] {};
+            heard += (heard.empty() ? "" : "|") + dialogs.shown.back();
+        }
+        EXPECT_EQ(heard, messages);
+        EXPECT_EQ(std::filesystem::remove(folder / "SOUND"), messages == saved);
+        EXPECT_EQ(EntryShows(), messages != saved);
+        EXPECT_EQ(whileMessageStands, messages == length ? U"" : typed); // a wrong length goes before its message
+        EXPECT_EQ(window.TextFieldAudioAdresse.Text(), messages == saved ? typed : U"");
+        if (pokEmul) window.OptionAudioSharp_Action();
     }
 }
-
-constexpr auto kRangeGer = "Lade-/Startadresse >&80C5 <&EFFF";
-constexpr auto kRangeEng = "Loading-/starting address >&80C5 <&EFFF";
-constexpr auto kLengthEng = "Loading-/starting adress >&80C5 <&EFFF";
-constexpr auto kSumGer = "Lade-/Startadresse zu Hoch !";
-constexpr auto kSumEng = "Loading-/starting address too high";
-
-INSTANTIATE_TEST_SUITE_P(Typed, Address,
-                         testing::ValuesIn<AddressCase>({
-                             {"Lowest", U"80C5", false, "", ""},
-                             {"BelowLowest", U"80C4", false, kRangeGer, kRangeEng},
-                             {"AboveHighest", U"F000", false, kRangeGer, kRangeEng},
-                             {"HighestLeavesNoRoom", U"EFFF", false, kSumGer, kSumEng},
-                             {"SumReachesEFFF", U"EF67", false, "", ""}, // 152 bytes
-                             {"SumPassesEFFF", U"EF68", false, kSumGer, kSumEng},
-                             {"PokEmulSumReachesEFFF", U"EFEA", true, "", ""}, // 21 bytes
-                             {"PokEmulSumPassesEFFF", U"EFEB", true, kSumGer, kSumEng},
-                             {"NoDigit", U"80G5", false, kRangeGer, kRangeEng},
-                             {"Blank", U" 0C5", false, kRangeGer, kRangeEng},
-                             {"FourCharacters", U"80C\U0001F600", false, kRangeGer, kRangeEng},
-                             {"Empty", U"", false, kRangeGer, kLengthEng},
-                             {"TooShort", U"0C5", false, kRangeGer, kLengthEng},
-                             {"TooLong", U"080C5", false, kRangeGer, kLengthEng},
-                         }),
-                         [](const auto& row) { return row.param.name; });
 
 } // namespace
