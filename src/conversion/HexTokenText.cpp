@@ -2,18 +2,43 @@
 
 #include "TextLibrary.h"
 
+#include <array>
 #include <cassert>
 
 namespace conversion {
+namespace {
 
-std::string TokenOf(std::uint8_t byte)
+constexpr auto kTokens = [] {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::array<char, 256 * kTokenLength> tokens{};
+    for (std::size_t byte = 0; byte < 256; ++byte) {
+        tokens[byte * kTokenLength] = '&';
+        tokens[byte * kTokenLength + 1] = 'H';
+        tokens[byte * kTokenLength + 2] = kDigits[byte / 16];
+        tokens[byte * kTokenLength + 3] = kDigits[byte % 16];
+    }
+    return tokens;
+}();
+
+/// Requires: a hexadecimal digit.
+constexpr int DigitOf(char c)
 {
-    return (byte < 0x10 ? "&H0" : "&H") + text::Hex(byte);
+    if (c <= '9') return c - '0';
+    return c <= 'F' ? c - 'A' + 10 : c - 'a' + 10;
+}
+
+} // namespace
+
+std::string_view TokenOf(std::uint8_t byte)
+{
+    return {&kTokens[byte * kTokenLength], kTokenLength};
 }
 
 std::uint8_t ByteOfToken(std::string_view tokens, std::size_t k)
 {
-    return static_cast<std::uint8_t>(text::Val(text::Mid(tokens, k * kTokenLength + 1, kTokenLength)));
+    const auto digits = k * kTokenLength + 2; // behind "&H"
+    if (digits + 2 > tokens.size()) return 0;
+    return static_cast<std::uint8_t>(DigitOf(tokens[digits]) * 16 + DigitOf(tokens[digits + 1]));
 }
 
 std::string Splice(std::string_view tokens, std::size_t k, std::string_view patch)

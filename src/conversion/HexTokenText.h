@@ -15,8 +15,8 @@ namespace conversion {
 
 inline constexpr std::size_t kTokenLength = 4; // "&H" and two digits
 
-/// The token of one byte, with upper-case digits.
-[[nodiscard]] std::string TokenOf(std::uint8_t byte);
+/// The token of one byte, with upper-case digits. Valid for the length of the program.
+[[nodiscard]] std::string_view TokenOf(std::uint8_t byte);
 
 /// The byte of token k, or 0x00 where `tokens` ends before it.
 [[nodiscard]] std::uint8_t ByteOfToken(std::string_view tokens, std::size_t k);

@@ -2,49 +2,58 @@
 
 #include "HexTokenText.h"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstddef>
+
 namespace conversion {
 namespace {
 
-constexpr std::uint8_t kMidline = 128;
-constexpr std::int64_t kLongPeriod = 254; // samples that one continuation byte stands for
+constexpr std::ptrdiff_t kLongPeriod = 254; // samples that one continuation byte stands for
 constexpr std::uint8_t kEndMark = 255;
 constexpr int kLastColumn = 16;
 constexpr std::string_view kLineStart = "\tDEFB ";
 
-/// Gathers run bytes as tokens and as listing lines. The listing's columns run the same whether anyone reads it.
-class RunBytes {
+bool IsAboveMidline(char sample)
+{
+    return static_cast<std::uint8_t>(sample) > 128;
+}
+
+bool IsBelowMidline(char sample)
+{
+    return static_cast<std::uint8_t>(sample) < 128;
+}
+
+/// The run bytes as assembler lines.
+class Listing {
 public:
-    RunBytes(std::string& binZeile, std::int64_t& datengroesse, const ListingSink& flushListingLine)
-        : BinZeile(binZeile),
-          Datengroesse(datengroesse),
-          FlushListingLine(flushListingLine)
-    {}
+    explicit Listing(const ListingSink& flushListingLine) : FlushListingLine(flushListingLine) {}
 
     void AddContinuation()
     {
-        if (List(kLongPeriod)) ++ColumnCount; // a line begun within a long period so takes one value more
-        Add("&Hfe");
+        if (Add(kLongPeriod)) ++ColumnCount; // a line begun within a long period so takes one value more
     }
 
-    void AddLastOfPeriod(std::int64_t sampleCount)
+    void AddLastOfPeriod(std::ptrdiff_t value)
     {
-        List(sampleCount);
+        Add(value);
         ++ColumnCount;
-        Add(TokenOf(static_cast<std::uint8_t>(sampleCount)));
     }
 
     void AddEndMark()
     {
-        CompleteLine(kEndMark);
-        Add(TokenOf(kEndMark));
+        if (FlushListingLine) CompleteLine(kEndMark);
     }
 
 private:
     /// False where the value completed a line.
-    bool List(std::int64_t value)
+    bool Add(std::ptrdiff_t value)
     {
+        if (!FlushListingLine) return true;
         if (ColumnCount < kLastColumn) {
-            ListingLine += std::to_string(value) + ",";
+            AppendDigits(value);
+            ListingLine += ',';
             return true;
         }
         CompleteLine(value);
@@ -53,16 +62,18 @@ private:
         return false;
     }
 
-    void CompleteLine(std::int64_t value) { FlushListingLine(ListingLine + std::to_string(value)); }
-
-    void Add(std::string_view token)
+    void CompleteLine(std::ptrdiff_t value)
     {
-        BinZeile += token;
-        ++Datengroesse;
+        AppendDigits(value);
+        FlushListingLine(ListingLine);
     }
 
-    std::string& BinZeile;
-    std::int64_t& Datengroesse;
+    void AppendDigits(std::ptrdiff_t value)
+    {
+        std::array<char, 3> digits{};
+        ListingLine.append(digits.begin(), std::to_chars(digits.begin(), digits.end(), value).ptr);
+    }
+
     const ListingSink& FlushListingLine;
     std::string ListingLine{kLineStart};
     int ColumnCount = 1; // where the next value falls on the line, 0 to 16
@@ -74,30 +85,34 @@ void EncodePeriods(std::string_view samples, std::string& BinZeile, std::int64_t
                    const ListingSink& FlushListingLine, Yield& RuntimeBackgroundTask)
 {
     BinZeile.clear();
-    RunBytes runBytes(BinZeile, Datengroesse, FlushListingLine);
-    bool Armed = false; // a sample above the midline has been seen since the last fall
-    std::int64_t SampleCount = 0;
+    Listing listing(FlushListingLine);
+    const auto addToken = [&](std::string_view token) {
+        BinZeile += token;
+        ++Datengroesse;
+    };
 
-    for (std::size_t i = 0; i + 2 < samples.size(); ++i) {
-        const auto sample = static_cast<std::uint8_t>(samples[i]);
-        const bool falls = Armed && sample < kMidline;
-        Armed = sample > kMidline || (Armed && !falls);
-        ++SampleCount;
-        if (falls) {
-            // Entered at 254 and left below 255: a rest of 254 is written as the period's last byte.
-            if (SampleCount >= kLongPeriod) {
-                do {
-                    runBytes.AddContinuation();
-                    SampleCount -= kLongPeriod;
-                    RuntimeBackgroundTask();
-                } while (SampleCount > kLongPeriod);
-            }
-            runBytes.AddLastOfPeriod(SampleCount);
-            SampleCount = 0;
+    const auto* start = samples.begin();
+    const auto* const end = samples.substr(0, samples.size() - std::min<std::size_t>(samples.size(), 2)).end();
+    for (;;) {
+        const auto* const rise = std::find_if(start, end, IsAboveMidline);
+        const auto* const fall = std::find_if(rise, end, IsBelowMidline);
+        if (fall == end) break;
+        auto SampleCount = fall + 1 - start;
+        RuntimeBackgroundTask(SampleCount);
+        start = fall + 1;
+        // Entered at 254 and left below 255: a rest of 254 is written as the period's last byte.
+        if (SampleCount >= kLongPeriod) {
+            do {
+                listing.AddContinuation();
+                addToken("&Hfe");
+                SampleCount -= kLongPeriod;
+            } while (SampleCount > kLongPeriod);
         }
-        RuntimeBackgroundTask();
+        listing.AddLastOfPeriod(SampleCount);
+        addToken(TokenOf(static_cast<std::uint8_t>(SampleCount)));
     }
-    runBytes.AddEndMark();
+    listing.AddEndMark();
+    addToken(TokenOf(kEndMark));
 }
 
 } // namespace conversion

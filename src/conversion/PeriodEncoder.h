@@ -17,7 +17,7 @@
 
 namespace conversion {
 
-/// Takes one finished line of the listing, without its line end.
+/// Takes one finished line of the listing, without its line end. An empty one: nobody wants a listing.
 using ListingSink = std::function<void(std::string_view line)>;
 
 /// Replaces `BinZeile` by the run bytes of `samples` (unsigned bytes) as HexTokenText, adds their number to

@@ -115,8 +115,8 @@ std::string WithRateAndTitlePokeMul(std::string_view header, std::string_view ra
 std::optional<WordTokens> WordTokensOf(std::int64_t number)
 {
     if (number > 0xFFFF) return std::nullopt;
-    return WordTokens{.low = TokenOf(static_cast<std::uint8_t>(number & 0xFF)),
-                      .high = TokenOf(static_cast<std::uint8_t>(number >> 8))};
+    return WordTokens{.low = std::string(TokenOf(static_cast<std::uint8_t>(number & 0xFF))),
+                      .high = std::string(TokenOf(static_cast<std::uint8_t>(number >> 8)))};
 }
 
 std::string WithProgramLength(std::string_view header, std::string_view lowToken, std::string_view highToken)

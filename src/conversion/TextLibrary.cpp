@@ -15,26 +15,12 @@ View MidOf(View s, std::size_t start, std::size_t count)
     return start > s.size() ? View{} : s.substr(start - 1, count);
 }
 
-template <class Char>
-int DigitOf(Char c)
+int DigitOf(char32_t c)
 {
     if (c >= '0' && c <= '9') return static_cast<int>(c - '0');
     if (c >= 'A' && c <= 'F') return static_cast<int>(c - 'A') + 10;
     if (c >= 'a' && c <= 'f') return static_cast<int>(c - 'a') + 10;
     return -1;
-}
-
-template <class View>
-double ValOf(View s)
-{
-    if (s.size() < 2 || s[0] != '&' || (s[1] != 'H' && s[1] != 'h')) return 0;
-    double value = 0;
-    for (const auto c : s.substr(2)) {
-        const int digit = DigitOf(c);
-        if (digit < 0) break;
-        value = value * 16 + digit;
-    }
-    return value;
 }
 
 } // namespace
@@ -59,24 +45,16 @@ std::u32string_view Mid(std::u32string_view s, std::size_t start, std::size_t co
     return MidOf(s, start, count);
 }
 
-double Val(std::string_view s)
-{
-    return ValOf(s);
-}
-
 double Val(std::u32string_view s)
 {
-    return ValOf(s);
-}
-
-std::string Hex(std::uint64_t v)
-{
-    std::array<char, 16> digits{};
-    const auto end = std::to_chars(digits.begin(), digits.end(), v, 16).ptr;
-    std::string hex(digits.begin(), end);
-    std::transform(hex.begin(), hex.end(), hex.begin(),
-                   [](char c) { return c >= 'a' ? static_cast<char>(c - 32) : c; });
-    return hex;
+    if (s.size() < 2 || s[0] != '&' || (s[1] != 'H' && s[1] != 'h')) return 0;
+    double value = 0;
+    for (const auto c : s.substr(2)) {
+        const int digit = DigitOf(c);
+        if (digit < 0) break;
+        value = value * 16 + digit;
+    }
+    return value;
 }
 
 std::string Str(double v)

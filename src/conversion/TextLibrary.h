@@ -24,11 +24,7 @@ namespace text {
 
 /// The number that follows the prefix "&H" or "&h", read up to the first character that is no hexadecimal digit;
 /// 0 for the prefix alone and for any text without it.
-[[nodiscard]] double Val(std::string_view s);
 [[nodiscard]] double Val(std::u32string_view s);
-
-/// Upper-case hexadecimal digits, no prefix, no leading zeros; "0" for 0.
-[[nodiscard]] std::string Hex(std::uint64_t v);
 
 /// Plain decimal digits; a fraction only where there is one: 20044, 11.025.
 [[nodiscard]] std::string Str(double v);

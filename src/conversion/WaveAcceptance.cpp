@@ -56,7 +56,7 @@ std::optional<WaveRefusal> BitsRefusal(const WaveFields& fields)
 std::string RateToken(std::uint32_t sampleRate)
 {
     assert(sampleRate == 6000 || sampleRate == 8000 || sampleRate == 11025);
-    return TokenOf(static_cast<std::uint8_t>(sampleRate / 1000));
+    return std::string(TokenOf(static_cast<std::uint8_t>(sampleRate / 1000)));
 }
 
 std::string NameTokens(std::u32string_view fileName, Yield& RuntimeBackgroundTask)
@@ -70,9 +70,11 @@ std::string NameTokens(std::u32string_view fileName, Yield& RuntimeBackgroundTas
     return tokens;
 }
 
-std::string SampleBytes(std::string_view file, double fileBytes)
+std::string SampleBytes(std::string file, double fileBytes)
 {
-    return std::string(text::Right(file, static_cast<std::size_t>(std::max(fileBytes - kWaveHeader, 0.0))));
+    const auto samples = static_cast<std::size_t>(std::max(fileBytes - kWaveHeader, 0.0));
+    file.erase(0, file.size() - std::min(file.size(), samples));
+    return file;
 }
 
 std::string FileTitle(std::string_view utf8Name, double fileBytes, std::uint32_t sampleRate)

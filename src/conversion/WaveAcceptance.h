@@ -44,7 +44,7 @@ enum class WaveRefusal { FormatTag, Channels, SampleRate, BitsPerSample };
 [[nodiscard]] std::string NameTokens(std::u32string_view fileName, Yield& RuntimeBackgroundTask);
 
 /// What stands behind the 44 bytes of the header; empty where nothing does.
-[[nodiscard]] std::string SampleBytes(std::string_view file, double fileBytes);
+[[nodiscard]] std::string SampleBytes(std::string file, double fileBytes);
 
 /// The window title of a file whose rate is accepted: "tone.wav / 20044 Bytes / 11.025 kHz". UTF-8.
 [[nodiscard]] std::string FileTitle(std::string_view utf8Name, double fileBytes, std::uint32_t sampleRate);

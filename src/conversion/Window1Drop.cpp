@@ -68,7 +68,7 @@ void Window1::Event_DropObject(const platform::DragItem& item)
     if (const auto refusal = conversion::BitsRefusal(fields)) return ShowMessage(MessageFor(*refusal));
 
     Datengroesse = 0;
-    strZeile = conversion::SampleBytes(strZeile, FileLength);
+    strZeile = conversion::SampleBytes(std::move(strZeile), FileLength);
     EncodePeriods();
     FinishImage();
 }
@@ -101,17 +101,15 @@ void Window1::PatchHeaders(std::string_view RateToken, std::string_view NameToke
         HeaderPokeMul = conversion::WithRateAndTitlePokeMul(HeaderPokeMul, RateToken, NameTokens);
 }
 
+// The listing option can't change while this runs: the menu is refused during a drop.
 void Window1::EncodePeriods()
 {
-    listing_ = TextAreaCodeAusgabe.Text();
-    if (const auto head = TextFor(Language, kListingHead)) FlushListingLine(*head);
-    conversion::EncodePeriods(
-        strZeile, BinZeile, Datengroesse, [this](std::string_view line) { FlushListingLine(line); },
-        RuntimeBackgroundTask);
-    TextAreaCodeAusgabe.SetText(std::exchange(listing_, {}));
-}
-
-void Window1::FlushListingLine(std::string_view line)
-{
-    if (menuBar_.OptionDefBWindow.HasCheckMark()) (listing_ += line) += kListingLineEnd;
+    std::string listing = TextAreaCodeAusgabe.Text(); // grows here, and the text area gets it once
+    const auto FlushListingLine = [&listing](std::string_view line) { (listing += line) += kListingLineEnd; };
+    const bool wanted = menuBar_.OptionDefBWindow.HasCheckMark();
+    if (const auto head = TextFor(Language, kListingHead); head && wanted) FlushListingLine(*head);
+    conversion::EncodePeriods(strZeile, BinZeile, Datengroesse,
+                              wanted ? conversion::ListingSink(FlushListingLine) : conversion::ListingSink(),
+                              RuntimeBackgroundTask);
+    if (wanted) TextAreaCodeAusgabe.SetText(std::move(listing));
 }

@@ -1,26 +1,30 @@
 // Yield.h: the point in a long loop at which other work may run.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <utility>
 
 namespace conversion {
 
-/// Called once a pass. All calls but every 1024th only count, so that it may stand in a loop over samples.
+/// Counts the passes of a loop and runs the other work now and then, so that it may be called for every sample.
 class Yield {
 public:
     explicit Yield(std::function<void()> otherWork) : otherWork_(std::move(otherWork)) {}
 
-    void operator()()
+    void operator()(std::ptrdiff_t passes = 1)
     {
-        if (++passes_ % kPassesPerLook == 0) otherWork_();
+        passes_ += passes;
+        if (passes_ < kPassesPerLook) return;
+        passes_ = 0;
+        otherWork_();
     }
 
 private:
-    static constexpr unsigned kPassesPerLook = 1024;
+    static constexpr std::ptrdiff_t kPassesPerLook = 1024;
 
     std::function<void()> otherWork_;
-    unsigned passes_ = 0;
+    std::ptrdiff_t passes_ = 0;
 };
 
 } // namespace conversion

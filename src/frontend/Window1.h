@@ -80,7 +80,6 @@ private:
     void LoadHeaders();
     void PatchHeaders(std::string_view RateToken, std::string_view NameTokens);
     void EncodePeriods();
-    void FlushListingLine(std::string_view line);
 
     // conversion/Window1Finish.cpp
     void FinishImage();
@@ -104,5 +103,4 @@ private:
     MainMenuBar& menuBar_;
     platform::Dialogs& dialogs_;
     conversion::Yield RuntimeBackgroundTask;
-    std::string listing_; // grows line by line during a conversion; the text area gets it once, at the end
 };

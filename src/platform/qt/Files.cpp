@@ -87,7 +87,9 @@ void WriteBytes(const fs::path& path, std::string_view bytes)
     if (replaces && !QFileInfo(ToQString(target)).isWritable()) Fail(path, "This file is write-protected.");
 
     // First under a name of our own: what a killed save leaves behind is known by it, and the next save takes it away.
-    const auto part = target.parent_path() / ("." + target.filename().string() + ".tonfloss-part");
+    auto part = target.parent_path() / ".";
+    part += target.filename();
+    part += ".tonfloss-part";
     fs::remove(part, error);
     QSaveFile file(ToQString(part));
     const auto size = static_cast<qint64>(bytes.size());
