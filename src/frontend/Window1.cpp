@@ -9,6 +9,8 @@ Window1::Window1(platform::EventGate& gate, MainMenuBar& menuBar, platform::Dial
       RuntimeBackgroundTask([this] { dialogs_.RuntimeBackgroundTask(); })
 {
     RadioButtonPC1600.SetValue(true);
+    Label1.SetNames(TextFieldAudioAdresse);
+    Label4.SetDescribes(TextFieldAudioAdresse);
     AddHandlers();
     Event_Open();
 }

@@ -18,8 +18,8 @@ inline constexpr platform::ControlRow kControls[] = {
     // clang-format off
     // name                     L    T    W    H  font  align     visible  text
     {"LabelDragAndDrop",       20,  48, 560,  29,  24,  kCentre,  true,    "Drag Wave File into the Window"},
-    {"TextAreaCodeAusgabe",    20, 153, 560, 246,   0,  kDefault, true,    ""},
-    {"Canvas1",               222, 204, 156, 156,   0,  kDefault, true,    ""},
+    {"TextAreaCodeAusgabe",    20, 153, 560, 246,   0,  kDefault, true,    "",  "DEFB listing"},
+    {"Canvas1",               222, 204, 156, 156,   0,  kDefault, true,    "",  "A wave becomes a square wave on a pocket computer"},
     {"TextFieldAudioAdresse", 373,  88, 110,  22,   0,  kDefault, false,   ""},
     {"Label2",                486,  89,  54,  20,   0,  kCentre,  false,   "(Enter)"},
     {"Label1",                 49,  88, 312,  20,   0,  kDefault, false,   "Loading / starting address audiofile (hexadecimal):"},

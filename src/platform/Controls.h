@@ -20,6 +20,7 @@ struct ControlRow {
     Align align;
     bool visible;
     std::string_view text;
+    std::string_view spoken = {}; // what a screen reader calls a control that has neither a text nor a label
 };
 
 /// A text that is too large for its control's box is shown in a smaller size.
@@ -38,6 +39,7 @@ protected:
     Control(Window& parent, const ControlRow& row, std::unique_ptr<Impl> impl);
     Control(Control& parent, const ControlRow& row, std::unique_ptr<Impl> impl);
     ~Control();
+    friend class Label;
 
     [[nodiscard]] Impl& impl() const { return *impl_; }
 
@@ -56,9 +58,14 @@ public:
     [[nodiscard]] std::uint32_t TextColor() const { return textColor_; }
     void SetTextColor(std::uint32_t rgb);
 
+    /// Screen readers call `control` by this label's text, or read it out as its description. It follows the text.
+    void SetNames(Control& control);
+    void SetDescribes(Control& control);
+
 private:
     std::string text_;
     std::uint32_t textColor_ = 0;
+    Control* described_ = nullptr;
 };
 
 /// Read-only, several lines.

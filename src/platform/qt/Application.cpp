@@ -1,6 +1,7 @@
 #include "Application.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QScreen>
 #include <QSettings>
 
@@ -20,6 +21,7 @@ Application::Application(int& argc, char** argv)
     QCoreApplication::setApplicationName("tonfloss");
     QCoreApplication::setApplicationVersion(TONFLOSS_VERSION);
     impl_ = std::make_unique<Impl>(argc, argv);
+    QApplication::setWindowIcon(QIcon(":/tonfloss.svg"));
 }
 
 Application::~Application() = default;

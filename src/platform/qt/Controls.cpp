@@ -5,6 +5,7 @@
 #include "WindowImpl.h"
 
 #include <QApplication>
+#include <QFontDatabase>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -109,6 +110,7 @@ void Place(QWidget& widget, const ControlRow& row, QWidget& below, QPoint origin
     widget.setObjectName(FromUtf8(row.name));
     widget.setGeometry({QPoint(row.left, row.top) - origin, QSize(row.width, row.height)});
     widget.setVisible(row.visible);
+    widget.setAccessibleName(FromUtf8(row.spoken));
 }
 
 } // namespace
@@ -156,6 +158,18 @@ void Label::SetText(std::string_view utf8)
     auto& label = impl().As<QLabel>();
     impl().Fit(lines, label.size());
     label.setText(lines);
+    if (described_ != nullptr) described_->impl().widget.setAccessibleDescription(lines);
+}
+
+void Label::SetNames(Control& control)
+{
+    impl().As<QLabel>().setBuddy(&control.impl().widget);
+}
+
+void Label::SetDescribes(Control& control)
+{
+    described_ = &control;
+    SetText(text_);
 }
 
 void Label::SetTextColor(std::uint32_t rgb)
@@ -172,6 +186,8 @@ TextArea::TextArea(Window& parent, const ControlRow& row)
     auto& area = impl().As<QPlainTextEdit>();
     area.setReadOnly(true);
     area.setLineWrapMode(QPlainTextEdit::NoWrap);
+    area.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    area.setTabStopDistance(8 * area.fontMetrics().horizontalAdvance(' '));
     area.setAcceptDrops(false); // a dragged file is for the window
     area.viewport()->setAcceptDrops(false);
 }

@@ -1,38 +1,16 @@
 #include "MenuImpl.h"
+
+#include "EditMenu.h"
 #include "QtText.h"
 
 #include <QApplication>
 #include <QKeySequence>
-#include <QLineEdit>
-#include <QMainWindow>
-#include <QPlainTextEdit>
 
 #include <cassert>
 #include <utility>
 
 namespace platform {
 namespace {
-
-/// Runs the toolkit's own command on the text that has the focus.
-void EditFocusedText(MenuAction action)
-{
-    auto* const focused = QApplication::focusWidget();
-    if (auto* const field = qobject_cast<QLineEdit*>(focused)) {
-        switch (action) {
-        case MenuAction::Undo: return field->undo();
-        case MenuAction::Cut: return field->cut();
-        case MenuAction::Copy: return field->copy();
-        case MenuAction::Paste: return field->paste();
-        case MenuAction::Clear: return field->hasSelectedText() ? field->del() : void();
-        case MenuAction::SelectAll: return field->selectAll();
-        default: return;
-        }
-    }
-    if (auto* const area = qobject_cast<QPlainTextEdit*>(focused)) { // read-only: there is nothing else to do on it
-        if (action == MenuAction::Copy) area->copy();
-        if (action == MenuAction::SelectAll) area->selectAll();
-    }
-}
 
 QAction* MakeItem(const MenuRow& row, EventGate& gate, QMenu& menu)
 {
@@ -47,9 +25,7 @@ QAction* MakeItem(const MenuRow& row, EventGate& gate, QMenu& menu)
         item->setMenuRole(QAction::QuitRole);
         QObject::connect(item, &QAction::triggered, [] { QApplication::closeAllWindows(); });
         break;
-    default:
-        QObject::connect(item, &QAction::triggered,
-                         [&gate, action = row.action] { gate.Run([action] { EditFocusedText(action); }); });
+    default: ConnectEditItem(*item, row.action, gate, menu);
     }
     return item;
 }
