@@ -80,12 +80,18 @@ program_end() {
 
 # drag BUILD [--move] URL...: from a window of another process to the point drop_at in the program's window. Prints the
 # answer.
-drop_at=(300 200)
 drag() {
-    local build=$1 answer=$desktop_scratch/answer source
+    drag_over "$@"
+    drag_end
+}
+
+# drag_over BUILD [--move] URL...: as far as over the window; drag_end lets go.
+drop_at=(300 200)
+drag_over() {
+    local build=$1
     shift
-    "$build/tests/drag_source" "$@" >"$answer" 2>/dev/null &
-    source=$!
+    "$build/tests/drag_source" "$@" >"$desktop_scratch/answer" 2>/dev/null &
+    drag_source=$!
     wait_for "the drag source" window_of "Drag source"
     xdotool mousemove --window "$(window_of "Drag source")" 60 30
     sleep 0.1
@@ -95,10 +101,13 @@ drag() {
     sleep 0.1
     xdotool mousemove --window "$program_window" "${drop_at[@]}"
     sleep 0.2
+}
+
+drag_end() {
     xdotool mouseup 1
-    wait_for "the end of the drag" grep -q . "$answer"
-    wait "$source"
-    cat "$answer"
+    wait_for "the end of the drag" grep -q . "$desktop_scratch/answer"
+    wait "$drag_source"
+    cat "$desktop_scratch/answer"
 }
 
 # press KEYS...: to the window that has the focus.
