@@ -21,6 +21,7 @@ Application::Application(int& argc, char** argv)
     QCoreApplication::setApplicationName("tonfloss");
     QCoreApplication::setApplicationVersion(TONFLOSS_VERSION);
     impl_ = std::make_unique<Impl>(argc, argv);
+    QGuiApplication::setDesktopFileName("org.tonfloss.Tonfloss");
     QApplication::setWindowIcon(QIcon(":/tonfloss.svg"));
 }
 
