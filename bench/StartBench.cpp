@@ -38,7 +38,7 @@ Start Measure(xcb_connection_t* display, const char* program)
     const auto process = fork();
     if (process == 0) {
         execl(program, program, nullptr);
-        std::_Exit(127);
+        _exit(127);
     }
     std::chrono::duration<double, std::milli> time{};
     while (time.count() == 0) {

@@ -22,11 +22,10 @@ need() {
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}"
 }
 
-# build PRESET [TARGET...]
+# build PRESET [TARGET...]: quiet while it configures, unless that fails.
 build() {
-    local preset=$1
+    local preset=$1 said
     shift
-    cmake --preset "$preset" >"/tmp/tonfloss-configure-$$" 2>&1 || { cat "/tmp/tonfloss-configure-$$"; return 1; }
-    rm -f "/tmp/tonfloss-configure-$$"
+    said=$(cmake --preset "$preset" 2>&1) || { echo "$said" && return 1; }
     cmake --build --preset "$preset" ${1:+--target "$@"}
 }

@@ -74,8 +74,14 @@ program_start() {
 
 # program_end: closes the window as its close button does; the program ends well.
 program_end() {
-    press alt+F4
+    wait_for "the end of the program" program_closes
     wait "$program" || fail "the program ended with status $?: $(cat "$desktop_scratch/stderr")"
+}
+
+program_closes() {
+    wmctrl -i -c "$program_window" || true
+    sleep 0.2
+    ! kill -0 "$program"
 }
 
 # drag BUILD [--move] URL...: from a window of another process to the point drop_at in the program's window. Prints the
