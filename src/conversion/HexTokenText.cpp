@@ -20,25 +20,11 @@ constexpr auto kTokens = [] {
     return tokens;
 }();
 
-/// Requires: a hexadecimal digit.
-constexpr int DigitOf(char c)
-{
-    if (c <= '9') return c - '0';
-    return c <= 'F' ? c - 'A' + 10 : c - 'a' + 10;
-}
-
 } // namespace
 
 std::string_view TokenOf(std::uint8_t byte)
 {
     return {&kTokens[byte * kTokenLength], kTokenLength};
-}
-
-std::uint8_t ByteOfToken(std::string_view tokens, std::size_t k)
-{
-    const auto digits = k * kTokenLength + 2; // behind "&H"
-    if (digits + 2 > tokens.size()) return 0;
-    return static_cast<std::uint8_t>(DigitOf(tokens[digits]) * 16 + DigitOf(tokens[digits + 1]));
 }
 
 std::string Splice(std::string_view tokens, std::size_t k, std::string_view patch)

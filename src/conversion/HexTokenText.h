@@ -18,8 +18,14 @@ inline constexpr std::size_t kTokenLength = 4; // "&H" and two digits
 /// The token of one byte, with upper-case digits. Valid for the length of the program.
 [[nodiscard]] std::string_view TokenOf(std::uint8_t byte);
 
-/// The byte of token k, or 0x00 where `tokens` ends before it.
-[[nodiscard]] std::uint8_t ByteOfToken(std::string_view tokens, std::size_t k);
+/// The byte of token k, or 0x00 where `tokens` ends before it. Inline: a save asks for every byte.
+[[nodiscard]] constexpr std::uint8_t ByteOfToken(std::string_view tokens, std::size_t k)
+{
+    constexpr auto digit = [](char c) { return c <= '9' ? c - '0' : c <= 'F' ? c - 'A' + 10 : c - 'a' + 10; };
+    const auto digits = k * kTokenLength + 2; // behind "&H"
+    if (digits + 2 > tokens.size()) return 0;
+    return static_cast<std::uint8_t>(digit(tokens[digits]) * 16 + digit(tokens[digits + 1]));
+}
 
 /// `tokens` with `patch` written over it from token k on; the size stays. Requires: the patch ends inside.
 [[nodiscard]] std::string Splice(std::string_view tokens, std::size_t k, std::string_view patch);

@@ -22,7 +22,9 @@ Application::Application(int& argc, char** argv)
     QCoreApplication::setApplicationVersion(TONFLOSS_VERSION);
     impl_ = std::make_unique<Impl>(argc, argv);
     QGuiApplication::setDesktopFileName("org.tonfloss.Tonfloss");
-    QApplication::setWindowIcon(QIcon(":/tonfloss.svg"));
+    // After the first frame, which doesn't need it: the icon has to be drawn in several sizes.
+    QMetaObject::invokeMethod(
+        qApp, [] { QApplication::setWindowIcon(QIcon(":/tonfloss.svg")); }, Qt::QueuedConnection);
 }
 
 Application::~Application() = default;

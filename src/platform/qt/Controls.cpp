@@ -186,9 +186,12 @@ TextArea::TextArea(Window& parent, const ControlRow& row)
     auto& area = impl().As<QPlainTextEdit>();
     area.setReadOnly(true);
     area.setLineWrapMode(QPlainTextEdit::NoWrap);
-    area.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    area.setTabStopDistance(8 * area.fontMetrics().horizontalAdvance(' '));
-    area.setAcceptDrops(false); // a dragged file is for the window
+    const auto useFixedFont = [&area] {
+        area.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+        area.setTabStopDistance(8 * area.fontMetrics().horizontalAdvance(' '));
+    };
+    QMetaObject::invokeMethod(&area, useFixedFont, Qt::QueuedConnection); // the first frame has no text in it
+    area.setAcceptDrops(false);                                           // a dragged file is for the window
     area.viewport()->setAcceptDrops(false);
 }
 
