@@ -169,7 +169,7 @@ public:
 void Print(const Best& best)
 {
     const auto at = [&](const std::string& name) { return best.milliseconds.at(name); };
-    std::puts("                         ms   times the reference   twice the input");
+    std::puts("                                 ms   times the reference   twice the input");
     for (const auto& signal : kSignals) {
         const std::string name = signal.name;
         for (const auto& [row, reference] : std::initializer_list<std::pair<std::string, std::string>>{
@@ -180,11 +180,11 @@ void Print(const Best& best)
                  {"drop, listing", "drop reference, listing"},
              }) {
             const double whole = at(name + ": " + row);
-            std::printf("%-20s %8.3f %12.2f %19.2f\n", (name + ": " + row).c_str(), whole,
+            std::printf("%-26s %8.3f %12.2f %19.2f\n", (name + ": " + row).c_str(), whole,
                         whole / at(name + ": " + reference), whole / at(name + ": " + row + ", half"));
         }
     }
-    std::printf("%-20s %8.3f %12.2f\n", "save", at("save"), at("save") / at("save reference"));
+    std::printf("%-26s %8.3f %12.2f\n", "save", at("save"), at("save") / at("save reference"));
 }
 
 } // namespace

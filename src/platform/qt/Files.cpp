@@ -40,13 +40,12 @@ QString NameOf(const fs::path& path)
     Fail(path, FromUtf8(std::generic_category().message(errno)));
 }
 
-/// Where a path leads through its links; the last one may lead to a file that isn't there yet.
+/// Where a link leads; the last of several may lead to a file that isn't there yet.
 fs::path FileMeant(const fs::path& path, bool exists)
 {
     std::error_code error;
-    if (exists) return fs::canonical(path, error);
-    if (fs::is_symlink(path, error)) return path.parent_path() / fs::read_symlink(path, error);
-    return path;
+    if (!fs::is_symlink(path, error)) return path;
+    return exists ? fs::canonical(path, error) : path.parent_path() / fs::read_symlink(path, error);
 }
 
 } // namespace
