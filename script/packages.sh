@@ -7,7 +7,7 @@ packages_bench=(libbenchmark-dev libxcb1-dev xauth)
 packages_desktop=(xvfb openbox xdotool wmctrl scrot)
 packages_pictures=(qt6ct fonts-liberation2 fonts-noto-core imagemagick)
 packages_package=(dpkg-dev file librsvg2-bin icoutils icnsutils lintian desktop-file-utils appstream)
-packages_checks=(clang-14 clang-tidy-14 clang-format-14 libclang-rt-14-dev shellcheck)
+packages_checks=(clang-14 clang-tidy-14 clang-format-14 libclang-rt-14-dev llvm-14 shellcheck)
 
 # need PACKAGE...: installs those that are missing. Does nothing, quickly, when none is.
 need() {
