@@ -38,7 +38,7 @@ void Window1::DoSaveAS()
     ShowMessage(chosen ? kSaved : kNotSaved);
 }
 
-// Both last tokens lie two past the end mark, so that two bytes 00 follow it.
+// The run bytes are read two tokens past the end mark, so that two bytes 00 follow it.
 void Window1::ExpandImage()
 {
     if (menuBar_.OptionAudioSharp.HasCheckMark()) {
