@@ -70,12 +70,6 @@ constexpr std::string_view kHeaderPC1600 =
 
 static_assert(kHeaderPC1600.size() == kTokensPC1600 * kTokenLength);
 
-// The fields, as tokens of the PC-1600 header.
-constexpr std::size_t kProgramLengthToken = 5;
-constexpr std::size_t kLoadAddressToken = 8;
-constexpr std::size_t kStartAddressToken = 11;
-constexpr std::size_t kRateToken = 89;
-constexpr std::size_t kTitleToken = 105;
 constexpr std::string_view kTitleEnd = "&H0d";
 
 std::string WithRateAndTitle(std::string_view header, std::size_t absentTokens, std::string_view rateToken,

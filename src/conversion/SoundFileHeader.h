@@ -12,6 +12,7 @@
 // For PokEmul take 16 off; the first three don't exist there.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -22,6 +23,14 @@ namespace conversion {
 inline constexpr std::int64_t kFileHeaderTokens = 16;
 inline constexpr std::int64_t kTokensPC1600 = 131;
 inline constexpr std::int64_t kTokensPokeMul = kTokensPC1600 - kFileHeaderTokens;
+
+// The fields, as tokens of the PC-1600 header.
+inline constexpr std::size_t kProgramLengthToken = 5;
+inline constexpr std::size_t kLoadAddressToken = 8;
+inline constexpr std::size_t kStartAddressToken = 11;
+inline constexpr std::size_t kRateToken = 89;
+inline constexpr std::size_t kTitleToken = 105;
+inline constexpr std::size_t kTitleTokens = 25;
 
 /// The header of each target, unpatched.
 [[nodiscard]] std::string_view TemplatePC1600();

@@ -1,6 +1,7 @@
 #include "WaveAcceptance.h"
 
 #include "HexTokenText.h"
+#include "SoundFileHeader.h"
 #include "TextLibrary.h"
 
 #include <algorithm>
@@ -11,7 +12,6 @@ namespace {
 
 constexpr double kLargestFile = 500000.0; // bytes
 constexpr double kWaveHeader = 44.0;      // bytes
-constexpr std::size_t kTitleCharacters = 25;
 constexpr char32_t kHighestByte = 255;
 
 /// The little-endian number in bytes `first` to `last`, positions counted from 1.
@@ -62,7 +62,7 @@ std::string RateToken(std::uint32_t sampleRate)
 std::string NameTokens(std::u32string_view fileName, Yield& RuntimeBackgroundTask)
 {
     std::string tokens;
-    for (std::size_t position = 1; position <= kTitleCharacters; ++position) {
+    for (std::size_t position = 1; position <= kTitleTokens; ++position) {
         const auto code = text::Asc(text::Mid(fileName, position, 1));
         tokens += TokenOf(static_cast<std::uint8_t>(code > kHighestByte ? U'?' : code));
         RuntimeBackgroundTask();
