@@ -15,6 +15,11 @@ namespace conversion {
 
 inline constexpr std::size_t kTokenLength = 4; // "&H" and two digits
 
+[[nodiscard]] constexpr std::size_t TokenCount(std::string_view tokens)
+{
+    return tokens.size() / kTokenLength;
+}
+
 /// The token of one byte, with upper-case digits. Valid for the length of the program.
 [[nodiscard]] std::string_view TokenOf(std::uint8_t byte);
 

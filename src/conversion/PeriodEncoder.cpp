@@ -6,113 +6,158 @@
 #include <array>
 #include <charconv>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 namespace conversion {
 namespace {
 
-constexpr std::ptrdiff_t kLongPeriod = 254; // samples that one continuation byte stands for
+constexpr std::uint8_t kLongPeriod = 254; // samples that one continuation byte stands for
 constexpr std::uint8_t kEndMark = 255;
-constexpr int kLastColumn = 16;
-constexpr std::string_view kLineStart = "\tDEFB ";
+constexpr std::size_t kSamplesPerYield = 4096;
 
-bool IsAboveMidline(char sample)
-{
-    return static_cast<std::uint8_t>(sample) > 128;
-}
+/// Grows a text by up to four characters at a time. They gather in a block: appending each to the text costs far more.
+class BlockWriter {
+public:
+    explicit BlockWriter(std::string& text) : text_(text) {}
 
-bool IsBelowMidline(char sample)
+    /// Appends `count` characters. Requires: four can be read, for that many are copied, in one instruction.
+    void Append(const char* characters, std::size_t count)
+    {
+        if (used_ + 4 > block_.size()) Flush();
+        std::memcpy(&block_[used_], characters, 4);
+        used_ += count;
+    }
+
+    void Flush()
+    {
+        text_.append(block_.data(), used_);
+        used_ = 0;
+    }
+
+private:
+    std::string& text_;
+    std::array<char, 4096> block_;
+    std::size_t used_ = 0;
+};
+
+/// A value of the listing: a comma, then its decimal digits.
+struct Decimal {
+    std::array<char, 8> text{','};
+    std::size_t length = 0;
+};
+
+const std::array<Decimal, 256>& Decimals()
 {
-    return static_cast<std::uint8_t>(sample) < 128;
+    static const auto decimals = [] {
+        std::array<Decimal, 256> made;
+        for (int value = 0; auto& [text, length] : made)
+            length =
+                static_cast<std::size_t>(std::to_chars(text.data() + 1, text.data() + 4, value++).ptr - text.data());
+        return made;
+    }();
+    return decimals;
 }
 
 /// The run bytes as assembler lines.
 class Listing {
 public:
-    explicit Listing(const ListingSink& flushListingLine) : FlushListingLine(flushListingLine) {}
+    explicit Listing(std::string& text) : out_(text) { StartLine(); }
 
-    void AddContinuation()
-    {
-        if (Add(kLongPeriod)) ++ColumnCount; // a line begun within a long period so takes one value more
-    }
-
-    void AddLastOfPeriod(std::ptrdiff_t value)
-    {
-        Add(value);
-        ++ColumnCount;
-    }
-
+    void AddContinuation() { Add(kLongPeriod, 0); } // a line begun within a long period so takes one value more
+    void AddLastOfPeriod(std::uint8_t value) { Add(value, 1); }
     void AddEndMark()
     {
-        if (FlushListingLine) CompleteLine(kEndMark);
+        Append(kEndMark);
+        out_.Append("\r\0\0", 1);
+        out_.Flush();
     }
 
 private:
-    /// False where the value completed a line.
-    bool Add(std::ptrdiff_t value)
+    void Add(std::uint8_t value, int firstColumn)
     {
-        if (!FlushListingLine) return true;
+        constexpr int kLastColumn = 16;
+        Append(value);
         if (ColumnCount < kLastColumn) {
-            AppendDigits(value);
-            ListingLine += ',';
-            return true;
+            ++ColumnCount;
+            return;
         }
-        CompleteLine(value);
-        ListingLine = kLineStart;
-        ColumnCount = 0;
-        return false;
+        out_.Append("\r\0\0", 1);
+        StartLine();
+        ColumnCount = firstColumn;
     }
 
-    void CompleteLine(std::ptrdiff_t value)
+    void Append(std::uint8_t value)
     {
-        AppendDigits(value);
-        FlushListingLine(ListingLine);
+        const auto& [text, length] = decimals_[value];
+        out_.Append(&text[comma_ ? 0 : 1], comma_ ? length : length - 1);
+        comma_ = true;
     }
 
-    void AppendDigits(std::ptrdiff_t value)
+    void StartLine()
     {
-        std::array<char, 3> digits{};
-        ListingLine.append(digits.begin(), std::to_chars(digits.begin(), digits.end(), value).ptr);
+        out_.Append("\tDEF", 4);
+        out_.Append("B \0", 2);
+        comma_ = false;
     }
 
-    const ListingSink& FlushListingLine;
-    std::string ListingLine{kLineStart};
+    const std::array<Decimal, 256>& decimals_ = Decimals();
+    BlockWriter out_;
+    bool comma_ = false; // a value stands on the line already
     int ColumnCount = 1; // where the next value falls on the line, 0 to 16
 };
 
-} // namespace
+struct NoListing {
+    void AddContinuation() {}
+    void AddLastOfPeriod(std::uint8_t /*value*/) {}
+    void AddEndMark() {}
+};
 
-void EncodePeriods(std::string_view samples, std::string& BinZeile, std::int64_t& Datengroesse,
-                   const ListingSink& FlushListingLine, Yield& RuntimeBackgroundTask)
+template <class ListingOrNone>
+std::string Encode(std::string_view samples, ListingOrNone listing, Yield& RuntimeBackgroundTask)
 {
-    BinZeile.clear();
-    Listing listing(FlushListingLine);
-    const auto addToken = [&](std::string_view token) {
-        BinZeile += token;
-        ++Datengroesse;
+    std::string BinZeile;
+    BlockWriter out(BinZeile);
+    const auto addLastOfPeriod = [&](std::size_t SampleCount) {
+        const auto byte = static_cast<std::uint8_t>(SampleCount);
+        listing.AddLastOfPeriod(byte);
+        out.Append(TokenOf(byte).data(), kTokenLength);
     };
 
-    const auto* start = samples.begin();
-    const auto* const end = samples.substr(0, samples.size() - std::min<std::size_t>(samples.size(), 2)).end();
-    for (;;) {
-        const auto* const rise = std::find_if(start, end, IsAboveMidline);
-        const auto* const fall = std::find_if(rise, end, IsBelowMidline);
-        if (fall == end) break;
-        auto SampleCount = fall + 1 - start;
-        RuntimeBackgroundTask(SampleCount);
-        start = fall + 1;
-        // Entered at 254 and left below 255: a rest of 254 is written as the period's last byte.
-        if (SampleCount >= kLongPeriod) {
-            do {
-                listing.AddContinuation();
-                addToken("&Hfe");
-                SampleCount -= kLongPeriod;
-            } while (SampleCount > kLongPeriod);
+    const auto end = samples.size() - std::min<std::size_t>(samples.size(), 2);
+    std::size_t start = 0; // of the period
+    bool Armed = false;    // a sample above the midline has been seen in it
+    for (std::size_t i = 0; i < end; RuntimeBackgroundTask(kSamplesPerYield)) {
+        for (const auto blockEnd = std::min(end, i + kSamplesPerYield); i < blockEnd; ++i) {
+            const auto sample = static_cast<std::uint8_t>(samples[i]);
+            if (sample > 128) Armed = true;
+            if (sample >= 128 || !Armed) continue;
+            Armed = false;
+            auto SampleCount = i + 1 - start;
+            start = i + 1;
+            // Entered at 254 and left below 255: a rest of 254 is written as the period's last byte.
+            if (SampleCount >= kLongPeriod) {
+                do {
+                    listing.AddContinuation();
+                    out.Append("&Hfe", kTokenLength);
+                    SampleCount -= kLongPeriod;
+                } while (SampleCount > kLongPeriod);
+            }
+            addLastOfPeriod(SampleCount);
         }
-        listing.AddLastOfPeriod(SampleCount);
-        addToken(TokenOf(static_cast<std::uint8_t>(SampleCount)));
     }
     listing.AddEndMark();
-    addToken(TokenOf(kEndMark));
+    out.Append(TokenOf(kEndMark).data(), kTokenLength);
+    out.Flush();
+    return BinZeile;
+}
+
+} // namespace
+
+std::string EncodePeriods(std::string_view samples, std::string* listing, Yield& RuntimeBackgroundTask)
+{
+    if (listing == nullptr) return Encode(samples, NoListing(), RuntimeBackgroundTask);
+    return Encode(samples, Listing(*listing), RuntimeBackgroundTask);
 }
 
 } // namespace conversion

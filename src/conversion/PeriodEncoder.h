@@ -10,20 +10,14 @@
 
 #include "Yield.h"
 
-#include <cstdint>
-#include <functional>
 #include <string>
 #include <string_view>
 
 namespace conversion {
 
-/// Takes one finished line of the listing, without its line end. An empty one: nobody wants a listing.
-using ListingSink = std::function<void(std::string_view line)>;
-
-/// Replaces `BinZeile` by the run bytes of `samples` (unsigned bytes) as HexTokenText, adds their number to
-/// `Datengroesse`, and gives them to `FlushListingLine` as assembler lines: a tab, "DEFB " and up to 16 values, or 17
-/// in a line that follows one completed by a 254 within a long period.
-void EncodePeriods(std::string_view samples, std::string& BinZeile, std::int64_t& Datengroesse,
-                   const ListingSink& FlushListingLine, Yield& RuntimeBackgroundTask);
+/// The run bytes of `samples` (unsigned bytes) as HexTokenText. Where a `listing` is given, the same bytes are appended
+/// to it as assembler lines: a tab, "DEFB " and up to 16 values, or 17 in a line that follows one completed by a 254
+/// within a long period. Each line ends with a carriage return.
+[[nodiscard]] std::string EncodePeriods(std::string_view samples, std::string* listing, Yield& RuntimeBackgroundTask);
 
 } // namespace conversion

@@ -72,13 +72,6 @@ static_assert(kHeaderPC1600.size() == kTokensPC1600 * kTokenLength);
 
 constexpr std::string_view kTitleEnd = "&H0d";
 
-std::string WithRateAndTitle(std::string_view header, std::size_t absentTokens, std::string_view rateToken,
-                             std::string_view nameTokens)
-{
-    const auto withRate = Splice(header, kRateToken - absentTokens, rateToken);
-    return Splice(withRate, kTitleToken - absentTokens, std::string(nameTokens) + std::string(kTitleEnd));
-}
-
 std::string WithWord(std::string_view header, std::size_t token, std::string_view low, std::string_view high)
 {
     return Splice(header, token, std::string(low) + std::string(high));
@@ -96,14 +89,11 @@ std::string_view TemplatePokeMul()
     return kHeaderPC1600.substr(kFileHeaderTokens * kTokenLength);
 }
 
-std::string WithRateAndTitlePC1600(std::string_view header, std::string_view rateToken, std::string_view nameTokens)
+std::string WithRateAndTitle(std::string_view header, std::string_view rateToken, std::string_view nameTokens)
 {
-    return WithRateAndTitle(header, 0, rateToken, nameTokens);
-}
-
-std::string WithRateAndTitlePokeMul(std::string_view header, std::string_view rateToken, std::string_view nameTokens)
-{
-    return WithRateAndTitle(header, kFileHeaderTokens, rateToken, nameTokens);
+    const auto absentTokens = kTokensPC1600 - TokenCount(header);
+    const auto withRate = Splice(header, kRateToken - absentTokens, rateToken);
+    return Splice(withRate, kTitleToken - absentTokens, std::string(nameTokens) + std::string(kTitleEnd));
 }
 
 std::optional<WordTokens> WordTokensOf(std::int64_t number)

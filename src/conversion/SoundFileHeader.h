@@ -36,12 +36,9 @@ inline constexpr std::size_t kTitleTokens = 25;
 [[nodiscard]] std::string_view TemplatePC1600();
 [[nodiscard]] std::string_view TemplatePokeMul();
 
-/// `header` of the target PC-1600 with rate and title. `nameTokens` are 25 tokens.
-[[nodiscard]] std::string WithRateAndTitlePC1600(std::string_view header, std::string_view rateToken,
-                                                 std::string_view nameTokens);
-/// The same for PokEmul.
-[[nodiscard]] std::string WithRateAndTitlePokeMul(std::string_view header, std::string_view rateToken,
-                                                  std::string_view nameTokens);
+/// `header` of either target with rate and title. `nameTokens` are 25 tokens.
+[[nodiscard]] std::string WithRateAndTitle(std::string_view header, std::string_view rateToken,
+                                           std::string_view nameTokens);
 
 /// A 16-bit number as two tokens.
 struct WordTokens {

@@ -4,14 +4,13 @@
 #include "SoundFileHeader.h"
 #include "TextLibrary.h"
 
-#include <algorithm>
 #include <cassert>
 
 namespace conversion {
 namespace {
 
 constexpr double kLargestFile = 500000.0; // bytes
-constexpr double kWaveHeader = 44.0;      // bytes
+constexpr std::size_t kWaveHeader = 44;   // bytes
 constexpr char32_t kHighestByte = 255;
 
 /// The little-endian number in bytes `first` to `last`, positions counted from 1.
@@ -38,17 +37,12 @@ WaveFields ReadWaveFields(std::string_view file)
             .bitsPerSample = NumberAt(file, 35, 36)};
 }
 
-std::optional<WaveRefusal> FormatRefusal(const WaveFields& fields)
+std::optional<WaveRefusal> RefusalOf(const WaveFields& fields)
 {
     if (fields.formatTag != 1) return WaveRefusal::FormatTag;
     if (fields.channels != 1) return WaveRefusal::Channels;
     if (fields.sampleRate != 8000 && fields.sampleRate != 6000 && fields.sampleRate != 11025)
         return WaveRefusal::SampleRate;
-    return std::nullopt;
-}
-
-std::optional<WaveRefusal> BitsRefusal(const WaveFields& fields)
-{
     if (fields.bitsPerSample != 8) return WaveRefusal::BitsPerSample;
     return std::nullopt;
 }
@@ -70,10 +64,9 @@ std::string NameTokens(std::u32string_view fileName, Yield& RuntimeBackgroundTas
     return tokens;
 }
 
-std::string SampleBytes(std::string file, double fileBytes)
+std::string SampleBytes(std::string file)
 {
-    const auto samples = static_cast<std::size_t>(std::max(fileBytes - kWaveHeader, 0.0));
-    file.erase(0, file.size() - std::min(file.size(), samples));
+    file.erase(0, kWaveHeader);
     return file;
 }
 

@@ -31,20 +31,17 @@ enum class WaveRefusal { FormatTag, Channels, SampleRate, BitsPerSample };
 
 [[nodiscard]] WaveFields ReadWaveFields(std::string_view file);
 
-/// The first of format tag, channels and sample rate that can't be converted.
-[[nodiscard]] std::optional<WaveRefusal> FormatRefusal(const WaveFields& fields);
+/// The first of the four fields, in their order, that can't be converted.
+[[nodiscard]] std::optional<WaveRefusal> RefusalOf(const WaveFields& fields);
 
-/// Asked only after the header has been patched: a 16-bit file is refused with its title already shown.
-[[nodiscard]] std::optional<WaveRefusal> BitsRefusal(const WaveFields& fields);
-
-/// One token, 06, 08 or 0B: the player's name for the rate. Requires: FormatRefusal has accepted the rate.
+/// One token, 06, 08 or 0B: the player's name for the rate. Requires: one of the three rates.
 [[nodiscard]] std::string RateToken(std::uint32_t sampleRate);
 
 /// Always 25 tokens: the name's first 25 characters, one byte each, then 00. A character above 255 becomes "?".
 [[nodiscard]] std::string NameTokens(std::u32string_view fileName, Yield& RuntimeBackgroundTask);
 
 /// What stands behind the 44 bytes of the header; empty where nothing does.
-[[nodiscard]] std::string SampleBytes(std::string file, double fileBytes);
+[[nodiscard]] std::string SampleBytes(std::string file);
 
 /// The window title of a file whose rate is accepted: "tone.wav / 20044 Bytes / 11.025 kHz". UTF-8.
 [[nodiscard]] std::string FileTitle(std::string_view utf8Name, double fileBytes, std::uint32_t sampleRate);

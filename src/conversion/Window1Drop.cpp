@@ -1,6 +1,6 @@
 // The road from a dropped file to its run bytes. Each refusal is one message and a plain return.
-#include "Colors.h"
 #include "Files.h"
+#include "HexTokenText.h"
 #include "PeriodEncoder.h"
 #include "SharedTexts.h"
 #include "SoundFileHeader.h"
@@ -23,7 +23,6 @@ constexpr MessagePair kNo8Bit{.ger = "Falsches .Wav Format - Keine 8 Bit Encodie
                               .eng = "Wrong .wav format - no 8 bit encoding!"};
 
 constexpr MessagePair kListingHead{.ger = "DATEN:", .eng = "DATA:"};
-constexpr char kListingLineEnd = '\r';
 
 const MessagePair& MessageFor(conversion::WaveRefusal refusal)
 {
@@ -51,24 +50,24 @@ void Window1::Event_DropObject(const platform::DragItem& item)
         FileName = item.FolderItem->Name;
         if (conversion::IsTooLarge(FileLength)) return RefuseTooLarge();
         LabelDragAndDrop.SetTextColor(kRed);
-        const bool listing = menuBar_.OptionDefBWindow.HasCheckMark();
-        if (!listing) TextAreaCodeAusgabe.SetText("");
-        Canvas1.SetVisible(!listing);
+        if (!ListingWanted()) TextAreaCodeAusgabe.SetText("");
+        Canvas1.SetVisible(!ListingWanted());
     }
     Invalidate();
-    if (menuBar_.OptionDefBWindow.HasCheckMark()) TextAreaCodeAusgabe.SetText("");
+    EmptyListing();
     TextFieldAudioAdresse.SetText(U"");
     const auto NameTokens = conversion::NameTokens(FileName, RuntimeBackgroundTask);
     LoadHeaders();
 
     const auto fields = conversion::ReadWaveFields(strZeile);
-    if (const auto refusal = conversion::FormatRefusal(fields)) return ShowMessage(MessageFor(*refusal));
+    const auto refusal = conversion::RefusalOf(fields);
+    // A file of the wrong depth is refused only when its header and title are made.
+    if (refusal && refusal != conversion::WaveRefusal::BitsPerSample) return ShowMessage(MessageFor(*refusal));
     SetTitle(conversion::FileTitle(platform::Utf8(FileName), FileLength, fields.sampleRate));
     PatchHeaders(conversion::RateToken(fields.sampleRate), NameTokens);
-    if (const auto refusal = conversion::BitsRefusal(fields)) return ShowMessage(MessageFor(*refusal));
+    if (refusal) return ShowMessage(MessageFor(*refusal));
 
-    Datengroesse = 0;
-    strZeile = conversion::SampleBytes(std::move(strZeile), FileLength);
+    strZeile = conversion::SampleBytes(std::move(strZeile));
     EncodePeriods();
     FinishImage();
 }
@@ -81,12 +80,14 @@ void Window1::RefuseTooLarge()
     Label1.SetVisible(false);
     Label2.SetVisible(false);
     TextFieldAudioAdresse.SetVisible(false);
-    if (menuBar_.OptionDefBWindow.HasCheckMark()) TextAreaCodeAusgabe.SetText("");
+    addressEntry_ = AddressEntry::Closed;
+    EmptyListing();
 }
 
 // Both templates, whatever the target: no patch of an earlier conversion stays.
 void Window1::LoadHeaders()
 {
+    if (addressEntry_ == AddressEntry::WithImage) addressEntry_ = AddressEntry::WithoutImage;
     if (menuBar_.OptionAudioSharp.HasCheckMark()) HeaderLaenge = conversion::kTokensPC1600;
     if (menuBar_.OptionAudioPokEmul.HasCheckMark()) HeaderLaenge = conversion::kTokensPokeMul;
     HeaderPC1600 = conversion::TemplatePC1600();
@@ -96,20 +97,17 @@ void Window1::LoadHeaders()
 void Window1::PatchHeaders(std::string_view RateToken, std::string_view NameTokens)
 {
     if (menuBar_.OptionAudioSharp.HasCheckMark())
-        HeaderPC1600 = conversion::WithRateAndTitlePC1600(HeaderPC1600, RateToken, NameTokens);
+        HeaderPC1600 = conversion::WithRateAndTitle(HeaderPC1600, RateToken, NameTokens);
     if (menuBar_.OptionAudioPokEmul.HasCheckMark())
-        HeaderPokeMul = conversion::WithRateAndTitlePokeMul(HeaderPokeMul, RateToken, NameTokens);
+        HeaderPokeMul = conversion::WithRateAndTitle(HeaderPokeMul, RateToken, NameTokens);
 }
 
 // The listing option can't change while this runs: the menu is refused during a drop.
 void Window1::EncodePeriods()
 {
-    std::string listing = TextAreaCodeAusgabe.Text(); // grows here, and the text area gets it once
-    const auto FlushListingLine = [&listing](std::string_view line) { (listing += line) += kListingLineEnd; };
-    const bool wanted = menuBar_.OptionDefBWindow.HasCheckMark();
-    if (const auto head = TextFor(Language, kListingHead); head && wanted) FlushListingLine(*head);
-    conversion::EncodePeriods(strZeile, BinZeile, Datengroesse,
-                              wanted ? conversion::ListingSink(FlushListingLine) : conversion::ListingSink(),
-                              RuntimeBackgroundTask);
-    if (wanted) TextAreaCodeAusgabe.SetText(std::move(listing));
+    std::string listing; // the text area gets it once
+    if (const auto head = TextFor(Language, kListingHead)) (listing += *head) += '\r';
+    BinZeile = conversion::EncodePeriods(strZeile, ListingWanted() ? &listing : nullptr, RuntimeBackgroundTask);
+    Datengroesse = static_cast<std::int64_t>(conversion::TokenCount(BinZeile));
+    if (ListingWanted()) TextAreaCodeAusgabe.SetText(std::move(listing));
 }

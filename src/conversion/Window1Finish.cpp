@@ -1,5 +1,4 @@
 // The end of a drop: the program length, what the size means, and the prompts for the load address.
-#include "Colors.h"
 #include "ImageSize.h"
 #include "SoundFileHeader.h"
 #include "Window1.h"
@@ -63,16 +62,12 @@ void Window1::ShowPrompts()
 {
     SetText(Label1, kAddressPrompt);
     SetText(Label4, kAddressLimits);
-    TextFieldAudioAdresse.SetVisible(true);
-    TextFieldAudioAdresse.SetFocus();
-    Label1.SetVisible(true);
-    Label4.SetVisible(true);
-    Label2.SetVisible(true);
+    OpenAddressEntry();
 }
 
 void Window1::RefuseImage()
 {
-    if (menuBar_.OptionDefBWindow.HasCheckMark()) TextAreaCodeAusgabe.SetText("");
+    EmptyListing();
     TextFieldAudioAdresse.SetText(U"");
     SetTitle("");
 }

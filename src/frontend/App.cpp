@@ -8,19 +8,17 @@ constexpr MessagePair kDragPrompt{.ger = "Ziehe ein .wav File in das Fenster", .
 
 } // namespace
 
-void App::Event_Open(Window1& window, MainMenuBar& menuBar)
+App::App(platform::Dialogs& dialogs) : Window(Gate, MenuBar, dialogs)
 {
-    menuBar.OptionAudioSharp.SetHasCheckMark(true);
-    window.RadioButtonPC1600.SetValue(true);
-    menuBar.OptionAudioPokEmul.SetHasCheckMark(false);
-    window.RadioButtonPokEmul.SetValue(false);
+    Event_Open();
+}
+
+// The start-up texts are English: the window's own texts are German.
+void App::Event_Open()
+{
+    Window.SetTarget(SoundTarget::PC1600);
     Language = "eng";
-    if (const auto text = TextFor(Language, kDragPrompt)) window.LabelDragAndDrop.SetText(*text);
-    if (const auto text = TextFor(Language, kSampleFormat)) window.Label3.SetText(*text);
-    if (menuBar.OptionAudioSharp.HasCheckMark()) {
-        if (const auto text = TextFor(Language, kTitlePC1600)) window.SetTitle(*text);
-    }
-    if (menuBar.OptionAudioPokEmul.HasCheckMark()) {
-        if (const auto text = TextFor(Language, kTitlePokEmul)) window.SetTitle(*text);
-    }
+    if (const auto text = TextFor(Language, kDragPrompt)) Window.LabelDragAndDrop.SetText(*text);
+    if (const auto text = TextFor(Language, kSampleFormat)) Window.Label3.SetText(*text);
+    if (const auto text = TextFor(Language, kTitlePC1600)) Window.SetTitle(*text);
 }

@@ -1,6 +1,7 @@
-// App.h: the application object: what happens once, before the user sees the window.
+// App.h: the program as one object: the gate for its events, the menu bar and the window.
 #pragma once
 
+#include "EventGate.h"
 #include "MainMenuBar.h"
 #include "Window1.h"
 
@@ -8,8 +9,15 @@
 
 class App {
 public:
+    /// Ready for the user, but not shown yet.
+    explicit App(platform::Dialogs& dialogs);
+
     std::string Language = "ger"; // of the start-up texts only; the window has a language of its own
 
-    /// Sets target PC-1600 and the start-up texts, which are English: the window's own texts are German.
-    void Event_Open(Window1& window, MainMenuBar& menuBar);
+    platform::EventGate Gate{[this](const std::exception& failure) { Window.UnhandledException(failure); }};
+    MainMenuBar MenuBar{Gate};
+    Window1 Window;
+
+private:
+    void Event_Open();
 };

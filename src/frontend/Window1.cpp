@@ -1,6 +1,32 @@
 #include "Window1.h"
 
 #include "Application.h"
+#include "Files.h"
+
+#include <new>
+
+namespace {
+
+constexpr MessagePair kNoMemory{.ger = "Dafür reicht der Speicher nicht.",
+                                .eng = "There is not enough memory for this."};
+constexpr MessagePair kNoOrdinaryFile{.ger = "Das ist keine gewöhnliche Datei.", .eng = "This is no ordinary file."};
+constexpr MessagePair kBeingChanged{.ger = "Die Datei wird gerade von einem anderen Programm geändert.",
+                                    .eng = "The file is being changed by another program."};
+constexpr MessagePair kWriteProtected{.ger = "Diese Datei ist schreibgeschützt.",
+                                      .eng = "This file is write-protected."};
+
+MessagePair ReasonOf(const platform::IOException& failure)
+{
+    switch (failure.ErrorKind) {
+    case platform::IOException::Kind::NoOrdinaryFile: return kNoOrdinaryFile;
+    case platform::IOException::Kind::BeingChanged: return kBeingChanged;
+    case platform::IOException::Kind::WriteProtected: return kWriteProtected;
+    case platform::IOException::Kind::System: break;
+    }
+    return {.ger = failure.SystemText, .eng = failure.SystemText};
+}
+
+} // namespace
 
 Window1::Window1(platform::EventGate& gate, MainMenuBar& menuBar, platform::Dialogs& dialogs)
     : Window(gate, menuBar, kWindow),
@@ -34,6 +60,18 @@ void Window1::Event_Open()
     SetTop(CentredOn(screen.Height, kWindow.height));
 }
 
+void Window1::UnhandledException(const std::exception& failure)
+{
+    if (const auto* const file = dynamic_cast<const platform::IOException*>(&failure)) {
+        if (const auto reason = TextFor(Language, ReasonOf(*file)))
+            dialogs_.MsgBox(file->FileName + ": " + std::string(*reason));
+    } else if (dynamic_cast<const std::bad_alloc*>(&failure) != nullptr) {
+        ShowMessage(kNoMemory);
+    } else {
+        dialogs_.MsgBox(failure.what());
+    }
+}
+
 void Window1::ShowMessage(const MessagePair& message)
 {
     if (const auto text = TextFor(Language, message)) dialogs_.MsgBox(*text);
@@ -47,4 +85,15 @@ void Window1::SetText(platform::Label& label, const MessagePair& text)
 void Window1::SetTitleText(const MessagePair& title)
 {
     if (const auto text = TextFor(Language, title)) SetTitle(*text);
+}
+
+bool Window1::ListingWanted() const
+{
+    return menuBar_.OptionDefBWindow.HasCheckMark();
+}
+
+// The text of a listing that nobody wants any more stays.
+void Window1::EmptyListing()
+{
+    if (ListingWanted()) TextAreaCodeAusgabe.SetText("");
 }

@@ -13,8 +13,11 @@
 #include "Yield.h"
 
 #include <cstdint>
+#include <exception>
 #include <string>
 #include <string_view>
+
+enum class SoundTarget { PC1600, PokEmul };
 
 class Window1 : public platform::Window {
 public:
@@ -24,7 +27,7 @@ public:
     bool mDragInside = false;        // a drag has entered, or a drop has begun
     std::string strZeile;            // bytes of the dropped file; after the tests its samples only
     std::u32string AdresseAudioFile; // the typed address while it is tested
-    std::int64_t Datengroesse = 0;   // bytes: run bytes; from FinishImage on with the header, but not for PokEmul
+    std::int64_t Datengroesse = 0;   // run bytes; from FinishImage on with the header, but not for PokEmul
     std::string HeaderPC1600;        // 131 tokens
     std::string HeaderPokeMul;       // 115 tokens
     std::string HighByteDatenAnfang; // load address, one token
@@ -48,6 +51,10 @@ public:
     platform::RadioButton RadioButtonPokEmul{*this, RowOf("RadioButtonPokEmul")};
     platform::Label Label4{*this, RowOf("Label4")};
 
+    // frontend/Window1.cpp
+    /// Tells the user of what left an event as an exception.
+    void UnhandledException(const std::exception& failure);
+
     // frontend/Window1Drag.cpp
     bool Event_DragEnter() override;
     bool Event_DragOver() override;
@@ -60,6 +67,7 @@ public:
     bool TextFieldAudioAdresse_KeyDown(std::u32string_view key);
 
     // frontend/Window1Target.cpp
+    void SetTarget(SoundTarget target);
     void RadioButtonPC1600_Action();
     void RadioButtonPokEmul_Action();
     bool OptionAudioSharp_Action();
@@ -74,6 +82,8 @@ private:
     void ShowMessage(const MessagePair& message);
     void SetText(platform::Label& label, const MessagePair& text);
     void SetTitleText(const MessagePair& title);
+    [[nodiscard]] bool ListingWanted() const;
+    void EmptyListing();
 
     // conversion/Window1Drop.cpp
     void RefuseTooLarge();
@@ -91,16 +101,21 @@ private:
     // output/Window1Address.cpp
     void PatchAddress(std::int64_t address);
     void ForgetAddress();
+    void OpenAddressEntry();
     void CloseAddressEntry();
 
     // output/Window1Save.cpp
-    void DoSaveAS();
-    void ExpandImage();
+    [[nodiscard]] bool DoSaveAS();
 
     // frontend/Window1Target.cpp
-    void CloseEntryOfOtherTarget();
+    void ChooseTarget(SoundTarget target, const MessagePair& title);
+
+    // The prompts for the address stay open when a further drop is refused. There is nothing to save then: the headers
+    // are templates again, and the run bytes are those of the recording before.
+    enum class AddressEntry { Closed, WithoutImage, WithImage };
 
     MainMenuBar& menuBar_;
     platform::Dialogs& dialogs_;
+    AddressEntry addressEntry_ = AddressEntry::Closed;
     conversion::Yield RuntimeBackgroundTask;
 };

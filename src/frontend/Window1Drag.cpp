@@ -1,5 +1,4 @@
 // What the window shows while a file is dragged over it. Nothing looks at the file before the drop.
-#include "Colors.h"
 #include "Window1.h"
 
 namespace {

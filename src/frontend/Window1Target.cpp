@@ -12,67 +12,44 @@ constexpr MessagePair kMenuTitlePokEmul{.ger = kTitlePokEmul.ger, .eng = "Tonflo
 
 void Window1::RadioButtonPC1600_Action()
 {
-    if (RadioButtonPC1600.Value()) {
-        RadioButtonPokEmul.SetValue(false);
-        menuBar_.OptionAudioPokEmul.SetHasCheckMark(false);
-        menuBar_.OptionAudioSharp.SetHasCheckMark(true);
-        SetTitleText(kTitlePC1600);
-        CloseEntryOfOtherTarget();
-    }
-    if (RadioButtonPokEmul.Value()) {
-        RadioButtonPC1600.SetValue(false);
-        menuBar_.OptionAudioSharp.SetHasCheckMark(false);
-    }
+    if (RadioButtonPC1600.Value()) ChooseTarget(SoundTarget::PC1600, kTitlePC1600);
 }
 
 void Window1::RadioButtonPokEmul_Action()
 {
-    if (RadioButtonPokEmul.Value()) {
-        RadioButtonPC1600.SetValue(false);
-        menuBar_.OptionAudioPokEmul.SetHasCheckMark(true);
-        menuBar_.OptionAudioSharp.SetHasCheckMark(false);
-        SetTitleText(kTitlePokEmul);
-        CloseEntryOfOtherTarget();
-    }
-    if (RadioButtonPC1600.Value()) {
-        RadioButtonPokEmul.SetValue(false);
-        menuBar_.OptionAudioPokEmul.SetHasCheckMark(false);
-    }
+    if (RadioButtonPokEmul.Value()) ChooseTarget(SoundTarget::PokEmul, kTitlePokEmul);
 }
 
 bool Window1::OptionAudioSharp_Action()
 {
-    if (menuBar_.OptionAudioPokEmul.HasCheckMark()) {
-        menuBar_.OptionAudioPokEmul.SetHasCheckMark(false);
-        menuBar_.OptionAudioSharp.SetHasCheckMark(true);
-        RadioButtonPC1600.SetValue(true);
-        SetTitleText(kMenuTitlePC1600);
-        CloseEntryOfOtherTarget();
-    }
+    if (menuBar_.OptionAudioPokEmul.HasCheckMark()) ChooseTarget(SoundTarget::PC1600, kMenuTitlePC1600);
     return true;
 }
 
 bool Window1::OptionAudioPokEmul_Action()
 {
-    if (menuBar_.OptionAudioSharp.HasCheckMark()) {
-        menuBar_.OptionAudioSharp.SetHasCheckMark(false);
-        menuBar_.OptionAudioPokEmul.SetHasCheckMark(true);
-        RadioButtonPokEmul.SetValue(true);
-        SetTitleText(kMenuTitlePokEmul);
-        CloseEntryOfOtherTarget();
-    }
+    if (menuBar_.OptionAudioSharp.HasCheckMark()) ChooseTarget(SoundTarget::PokEmul, kMenuTitlePokEmul);
     return true;
 }
 
-// The image that waits for its address was made for the other target and would fit neither.
-void Window1::CloseEntryOfOtherTarget()
+void Window1::SetTarget(SoundTarget target)
 {
-    if (TextFieldAudioAdresse.Visible()) CloseAddressEntry();
+    menuBar_.OptionAudioSharp.SetHasCheckMark(target == SoundTarget::PC1600);
+    menuBar_.OptionAudioPokEmul.SetHasCheckMark(target == SoundTarget::PokEmul);
+    (target == SoundTarget::PC1600 ? RadioButtonPC1600 : RadioButtonPokEmul).SetValue(true);
+}
+
+void Window1::ChooseTarget(SoundTarget target, const MessagePair& title)
+{
+    SetTarget(target);
+    SetTitleText(title);
+    // The image that waits for its address was made for the other target and would fit neither.
+    if (addressEntry_ != AddressEntry::Closed) CloseAddressEntry();
 }
 
 bool Window1::OptionDefBWindow_Action()
 {
-    menuBar_.OptionDefBWindow.SetHasCheckMark(!menuBar_.OptionDefBWindow.HasCheckMark());
+    menuBar_.OptionDefBWindow.SetHasCheckMark(!ListingWanted());
     return true;
 }
 

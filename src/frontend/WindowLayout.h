@@ -5,10 +5,14 @@
 #include "Window.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <string_view>
 
 inline constexpr platform::WindowRow kWindow{.width = 600, .height = 451, .title = "Tonfloss für PC1600"};
+
+inline constexpr std::uint32_t kBlack = 0x000000; // shown as the desktop's own text colour
+inline constexpr std::uint32_t kRed = 0xFF0000;   // a file is coming, or was refused
 
 inline constexpr auto kDefault = platform::Align::Default;
 inline constexpr auto kCentre = platform::Align::Centre;

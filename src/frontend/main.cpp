@@ -10,12 +10,8 @@ int main(int argc, char* argv[])
     try {
         platform::Application application(argc, argv);
         const auto dialogs = platform::MakeDialogs();
-        platform::EventGate gate(*dialogs);
-        MainMenuBar menuBar(gate);
-        Window1 window(gate, menuBar, *dialogs);
-        App app;
-        app.Event_Open(window, menuBar);
-        window.Show();
+        App app(*dialogs);
+        app.Window.Show();
         return application.Run();
     } catch (const std::exception& failure) {
         std::cerr << "tonfloss: " << failure.what() << '\n';

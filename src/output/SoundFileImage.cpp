@@ -4,16 +4,19 @@
 
 namespace output {
 
-void AppendBytes(std::string& image, std::string_view tokens, std::int64_t lastToken,
-                 conversion::Yield& RuntimeBackgroundTask)
+std::string SoundFileImage(std::string_view header, std::string_view BinZeile, conversion::Yield& RuntimeBackgroundTask)
 {
-    const auto tokenCount = static_cast<std::size_t>(lastToken + 1);
-    const auto start = image.size();
-    image.resize(start + tokenCount);
-    for (std::size_t k = 0; k < tokenCount; ++k) {
-        image[start + k] = static_cast<char>(conversion::ByteOfToken(tokens, k));
-        RuntimeBackgroundTask();
-    }
+    std::string image;
+    const auto append = [&](std::string_view tokens, std::size_t tokenCount) {
+        image.reserve(image.size() + tokenCount);
+        for (std::size_t k = 0; k < tokenCount; ++k) {
+            image += static_cast<char>(conversion::ByteOfToken(tokens, k));
+            RuntimeBackgroundTask();
+        }
+    };
+    append(header, conversion::TokenCount(header));
+    append(BinZeile, conversion::TokenCount(BinZeile) + 2); // past its end a token reads as 00
+    return image;
 }
 
 } // namespace output

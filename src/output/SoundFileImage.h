@@ -3,14 +3,13 @@
 
 #include "Yield.h"
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace output {
 
-/// Appends the bytes of tokens 0 to `lastToken` to `image`; each token past the end of `tokens` gives 0x00.
-void AppendBytes(std::string& image, std::string_view tokens, std::int64_t lastToken,
-                 conversion::Yield& RuntimeBackgroundTask);
+/// The whole file: the bytes of `header`, those of the run bytes, and the two bytes 00 that follow the end mark.
+[[nodiscard]] std::string SoundFileImage(std::string_view header, std::string_view BinZeile,
+                                         conversion::Yield& RuntimeBackgroundTask);
 
 } // namespace output

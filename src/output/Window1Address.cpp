@@ -41,8 +41,7 @@ bool Window1::TextFieldAudioAdresse_KeyDown(std::u32string_view key)
         return false;
     }
     PatchAddress(static_cast<std::int64_t>(address));
-    DoSaveAS();
-    CloseAddressEntry();
+    if (DoSaveAS()) CloseAddressEntry();
     return false;
 }
 
@@ -62,8 +61,19 @@ void Window1::PatchAddress(std::int64_t address)
         HeaderPC1600 = conversion::WithAddress(HeaderPC1600, LowByteDatenAnfang, HighByteDatenAnfang);
 }
 
+void Window1::OpenAddressEntry()
+{
+    addressEntry_ = AddressEntry::WithImage;
+    TextFieldAudioAdresse.SetVisible(true);
+    TextFieldAudioAdresse.SetFocus();
+    Label1.SetVisible(true);
+    Label4.SetVisible(true);
+    Label2.SetVisible(true);
+}
+
 void Window1::CloseAddressEntry()
 {
+    addressEntry_ = AddressEntry::Closed;
     TextFieldAudioAdresse.SetVisible(false);
     Label1.SetVisible(false);
     Label2.SetVisible(false);

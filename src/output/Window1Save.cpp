@@ -4,8 +4,6 @@
 #include "SoundFileImage.h"
 #include "Window1.h"
 
-#include <exception>
-
 namespace {
 
 constexpr MessagePair kSaved{.ger = "PC-1600 Soundfile erfogreich erstellt !",
@@ -15,9 +13,13 @@ constexpr MessagePair kNotSaved{.ger = "Ups! Da ist ein Fehler passiert.\nPC-160
 
 } // namespace
 
-// A failure leaves it as an exception, after the message, so that the address entry stays open for another try.
-void Window1::DoSaveAS()
+// False where the file couldn't be written: the address entry stays open for another try.
+bool Window1::DoSaveAS()
 {
+    if (addressEntry_ != AddressEntry::WithImage) {
+        ShowMessage(kNotSaved);
+        return true;
+    }
     platform::SaveAsDialog dialog;
     dialog.InitialDirectory = platform::Documents();
     if (menuBar_.OptionAudioSharp.HasCheckMark()) dialog.PromptText = "Save PC-1600 Sound File";
@@ -27,26 +29,15 @@ void Window1::DoSaveAS()
     dialog.Filter = platform::FilterText(FileTypes1::Binary);
     const auto chosen = dialogs_.ShowModal(dialog);
 
+    const auto& header = menuBar_.OptionAudioSharp.HasCheckMark() ? HeaderPC1600 : HeaderPokeMul;
+    BinStringPC1600 = output::SoundFileImage(header, BinZeile, RuntimeBackgroundTask);
     try {
-        ExpandImage();
         if (chosen) platform::WriteBytes(*chosen, BinStringPC1600);
-    } catch (const std::exception&) {
-        BinStringPC1600.clear(); // the next try appends to it
+    } catch (const platform::IOException& failure) {
         ShowMessage(kNotSaved);
-        throw;
+        UnhandledException(failure);
+        return false;
     }
     ShowMessage(chosen ? kSaved : kNotSaved);
-}
-
-// The run bytes are read two tokens past the end mark, so that two bytes 00 follow it.
-void Window1::ExpandImage()
-{
-    if (menuBar_.OptionAudioSharp.HasCheckMark()) {
-        output::AppendBytes(BinStringPC1600, HeaderPC1600, HeaderLaenge - 1, RuntimeBackgroundTask);
-        output::AppendBytes(BinStringPC1600, BinZeile, Datengroesse - HeaderLaenge + 1, RuntimeBackgroundTask);
-    }
-    if (menuBar_.OptionAudioPokEmul.HasCheckMark()) {
-        output::AppendBytes(BinStringPC1600, HeaderPokeMul, HeaderLaenge - 1, RuntimeBackgroundTask);
-        output::AppendBytes(BinStringPC1600, BinZeile, Datengroesse + 1, RuntimeBackgroundTask);
-    }
+    return true;
 }

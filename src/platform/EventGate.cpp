@@ -1,36 +1,31 @@
 #include "EventGate.h"
 
-#include <exception>
-#include <new>
+#include <utility>
 
 namespace platform {
-namespace {
 
-class BusyMark {
-public:
-    explicit BusyMark(bool& busy) : busy_(busy) { busy_ = true; }
-    ~BusyMark() { busy_ = false; }
-    BusyMark(const BusyMark&) = delete;
-    BusyMark& operator=(const BusyMark&) = delete;
-
-private:
-    bool& busy_;
-};
-
-} // namespace
-
-bool EventGate::Run(const std::function<void()>& handler)
+EventGate::Turn EventGate::TakeTurn()
 {
-    if (busy_) return false;
-    const BusyMark mark(busy_);
+    Turn turn;
+    if (!std::exchange(taken_, true)) turn.gate_.reset(this);
+    return turn;
+}
+
+void EventGate::Run(const std::function<void()>& work)
+{
+    if (const auto turn = TakeTurn()) turn.Run(work);
+}
+
+void EventGate::Turn::Run(const std::function<void()>& work) const
+{
     try {
-        handler();
-    } catch (const std::bad_alloc&) {
-        dialogs_.MsgBox("There is not enough memory for this.");
-    } catch (const std::exception& failure) {
-        dialogs_.MsgBox(failure.what());
+        try {
+            work();
+        } catch (const std::exception& failure) {
+            gate_->failed_(failure);
+        }
+    } catch (...) { // NOLINT(bugprone-empty-catch): even the message failed, and the toolkit can't pass an exception on
     }
-    return true;
 }
 
 } // namespace platform

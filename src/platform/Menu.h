@@ -10,7 +10,8 @@
 
 namespace platform {
 
-/// What an item does. All but Handler are the toolkit's own: they end the program or work on the focused text.
+/// What an item does. Those without a handler are the toolkit's own: they end the program or work on the focused text.
+/// Paste also takes a file from the clipboard, wherever the focus is, and gives it to the window as if it were dropped.
 enum class MenuAction { None, Handler, CheckHandler, Quit, Undo, Cut, Copy, Paste, Clear, SelectAll };
 
 struct MenuRow {
@@ -43,7 +44,7 @@ private:
     std::unique_ptr<Impl> impl_;
 };
 
-/// Every choice in it goes through the gate.
+/// Each choice but Quit takes a turn at the gate; Quit asks the window to close.
 class MenuBar {
 public:
     MenuBar(EventGate& gate, std::span<const MenuRow> rows);

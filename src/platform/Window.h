@@ -5,6 +5,7 @@
 #include "Files.h"
 #include "Menu.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -18,7 +19,8 @@ struct WindowRow {
     std::string_view title;
 };
 
-/// Every event goes through the gate: what comes while another one is under way is refused, a close request too.
+/// Drags, drops, pasted files and close requests take a turn at the gate: what comes while another event is under way is
+/// refused. Other events of the toolkit, such as painting, go on.
 class Window {
 public:
     Window(EventGate& gate, MenuBar& menuBar, const WindowRow& row);
@@ -26,17 +28,17 @@ public:
     Window(const Window&) = delete;
     Window& operator=(const Window&) = delete;
 
-    /// What all events of the window and its controls go through.
+    /// Where the controls' events take their turns, too.
     [[nodiscard]] EventGate& Gate() const;
 
-    [[nodiscard]] std::string Title() const;
+    [[nodiscard]] const std::string& Title() const;
     void SetTitle(std::string_view utf8);
 
     /// Where the window without its frame stands on the screen. Requires: the window isn't shown yet.
     void SetLeft(int left);
     void SetTop(int top);
 
-    /// Dragged files reach the events below from now on, always as copies: no drag ever takes the user's file away.
+    /// Dragged files reach the events below from now on, as copies or links: no drag ever takes the user's file away.
     void AcceptFileDrop();
 
     /// Asks for a repaint at the next opportunity and doesn't wait for it.
@@ -48,7 +50,8 @@ protected:
     virtual bool Event_DragEnter() = 0; // true refuses the drag
     virtual bool Event_DragOver() = 0;  // true refuses the drop here
     virtual void Event_DragExit() = 0;
-    /// Comes when the drag is over, so that the program it came from isn't held up.
+    /// Comes when the drag is over, so that the program it came from isn't held up; also after the two above, for a file
+    /// that is pasted.
     virtual void Event_DropObject(const DragItem& item) = 0;
 
 private:

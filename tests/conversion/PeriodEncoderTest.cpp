@@ -22,16 +22,14 @@ std::string Periods(const std::vector<int>& lengths)
 }
 
 struct Encoded {
-    std::string BinZeile = "left over";
-    std::int64_t Datengroesse = 0;
     std::string listing;
+    std::string tokens;
 
     explicit Encoded(const std::string& samples)
     {
         conversion::Yield yield([] {});
-        const auto flush = [&](std::string_view line) { (listing += line) += '\r'; };
-        conversion::EncodePeriods(samples, BinZeile, Datengroesse, flush, yield);
-        EXPECT_EQ(BinZeile.size(), 4 * static_cast<std::size_t>(Datengroesse));
+        tokens = conversion::EncodePeriods(samples, &listing, yield);
+        EXPECT_TRUE(conversion::EncodePeriods(samples, nullptr, yield) == tokens);
     }
 };
 
@@ -56,7 +54,7 @@ TEST(EncodePeriods, WritesTheRunBytesOfEachPeriod)
              {Periods({508}), "&Hfe&HFE&HFF"},              // left below 255
              {Periods({509, 762}), "&Hfe&Hfe&H01&Hfe&Hfe&HFE&HFF"},
          })
-        EXPECT_EQ(Encoded(samples).BinZeile, tokens);
+        EXPECT_EQ(Encoded(samples).tokens, tokens);
 }
 
 TEST(EncodePeriods, ListsSixteenValuesALineAndSeventeenBehindAContinuation)
@@ -72,6 +70,21 @@ TEST(EncodePeriods, ListsSixteenValuesALineAndSeventeenBehindAContinuation)
     EXPECT_EQ(twos(15, {300, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 4}),
               "\tDEFB 2,2,2,2,2,2,2,2,2,2,2,2,2,2,2,254\r"
               "\tDEFB 46,3,3,3,3,3,3,3,3,3,3,3,3,3,3,3,3\r\tDEFB 4,255\r");
+}
+
+TEST(EncodePeriods, WorksThroughAnyLength)
+{
+    // Periods that lie across the places where the encoder yields and where it empties its blocks.
+    const auto encoded = Encoded(Periods(std::vector<int>(30000, 3)));
+    std::string tokens;
+    std::string listing;
+    for (int i = 0; i < 30000; ++i) {
+        tokens += "&H03";
+        listing += i % 16 == 0 ? "\tDEFB 3" : ",3";
+        if (i % 16 == 15) listing += '\r';
+    }
+    EXPECT_TRUE(encoded.tokens == tokens + "&HFF");
+    EXPECT_TRUE(encoded.listing == listing + "\tDEFB 255\r");
 }
 
 } // namespace

@@ -2,30 +2,14 @@
 #include "WindowTest.h"
 
 #include <QAccessible>
-#include <QClipboard>
-#include <QLineEdit>
-#include <QMenu>
-#include <QMenuBar>
-#include <QTest>
 
 namespace {
 
 using testing::ElementsAre;
 
-class Accessibility : public WindowTest {
-protected:
-    Accessibility()
-    {
-        window.Show();
-        main->activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(main));
-        DropTone();
-        window.TextFieldAudioAdresse.SetFocus();
-    }
-};
-
-TEST_F(Accessibility, EveryControlHasItsRoleItsNameAndAPlaceInTheTabOrder)
+TEST_F(WindowTest, EveryControlHasItsRoleItsNameAndAPlaceInTheTabOrder)
 {
+    ShowPrompts();
     std::vector<std::string> spoken;
     const std::map<QAccessible::Role, std::string> roles = {{QAccessible::StaticText, "text"},
                                                             {QAccessible::EditableText, "field"},
@@ -56,33 +40,6 @@ TEST_F(Accessibility, EveryControlHasItsRoleItsNameAndAPlaceInTheTabOrder)
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
     EXPECT_THAT(reached, ElementsAre("TextFieldAudioAdresse", "RadioButtonPC1600", "TextAreaCodeAusgabe"));
-}
-
-TEST_F(Accessibility, EditItemsAreEnabledJustWhenTheyCanAct)
-{
-    auto& menu = *main->menuBar()->actions().at(1)->menu();
-    const auto enabled = [&] {
-        std::string names;
-        emit menu.aboutToShow();
-        for (const auto* const item : menu.actions())
-            if (!item->isSeparator() && item->isEnabled()) names += item->objectName().mid(4).toStdString() + " ";
-        emit menu.aboutToHide();
-        return names;
-    };
-    auto& field = Find<QLineEdit>("TextFieldAudioAdresse");
-    QApplication::clipboard()->clear();
-    EXPECT_EQ(enabled(), "");
-    QTest::keyClicks(&field, "80C5");
-    EXPECT_EQ(enabled(), "Undo SelectAll ");
-    Find<QAction>("EditSelectAll").trigger();
-    EXPECT_EQ(enabled(), "Undo Cut Copy Clear SelectAll ");
-    Find<QAction>("EditCut").trigger();
-    EXPECT_EQ(field.text(), "");
-    EXPECT_EQ(enabled(), "Undo Paste ");
-    Find<QAction>("EditPaste").trigger();
-    EXPECT_EQ(field.text(), "80C5");
-    window.RadioButtonPC1600.SetFocus();
-    EXPECT_EQ(enabled(), "");
 }
 
 } // namespace

@@ -1,16 +1,17 @@
-// The toolkit's events as they reach the window: one at a time, as copies, by key and not by text.
+// The toolkit's events as they reach the window: one at a time, never as a move, by key and not by text.
 #include "WindowTest.h"
 
 #include <QAction>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QRadioButton>
-#include <QTest>
+#include <QSysInfo>
 #include <QUrl>
+#include <QWindow>
 
 #include <sys/stat.h>
 
@@ -21,82 +22,128 @@ using testing::IsEmpty;
 
 class Events : public WindowTest {
 protected:
-    /// Drags `url` over the window and drops it, as a file manager that would rather move the file; its answer.
-    Qt::DropAction DropUrl(const QUrl& url, Qt::DropActions possible = Qt::MoveAction | Qt::CopyAction)
+    /// The last answer to the events of a drag; a move where it was refused.
+    template <class Event>
+    Qt::DropAction Send(Event&& event)
+    {
+        event.setDropAction(Qt::MoveAction); // what a file manager would rather do
+        QApplication::sendEvent(main, &event);
+        return event.isAccepted() ? event.dropAction() : Qt::TargetMoveAction;
+    }
+    Qt::DropAction DragOver(const QMimeData& data, Qt::DropActions possible = Qt::MoveAction | Qt::CopyAction)
+    {
+        const auto answer = Send(QDragEnterEvent({10, 10}, possible, &data, Qt::LeftButton, Qt::NoModifier));
+        if (answer == Qt::TargetMoveAction) return answer;
+        return Send(QDragMoveEvent({10, 20}, possible, &data, Qt::LeftButton, Qt::NoModifier));
+    }
+    Qt::DropAction LetGo(const QMimeData& data, Qt::DropActions possible = Qt::MoveAction | Qt::CopyAction)
+    {
+        return Send(QDropEvent({10, 10}, possible, &data, Qt::LeftButton, Qt::NoModifier));
+    }
+    static void Fill(QMimeData& data, const std::vector<std::string>& urls)
+    {
+        QList<QUrl> list;
+        for (const auto& url : urls)
+            list.append(QUrl::fromEncoded(QByteArray::fromStdString(url)));
+        if (!list.isEmpty()) data.setUrls(list);
+        data.setText("a text beside it");
+    }
+    /// Drags the files over the window and drops them.
+    Qt::DropAction DropUrls(const std::vector<std::string>& urls,
+                            Qt::DropActions possible = Qt::MoveAction | Qt::CopyAction)
     {
         QMimeData data;
-        if (!url.isEmpty()) data.setUrls({url});
-        data.setText("a text beside it");
-        QDragEnterEvent enter({10, 10}, possible, &data, Qt::LeftButton, Qt::NoModifier);
-        enter.setDropAction(Qt::MoveAction);
-        QApplication::sendEvent(main, &enter);
-        if (!enter.isAccepted()) return Qt::TargetMoveAction; // not taken at all
-        QDropEvent drop({10, 10}, possible, &data, Qt::LeftButton, Qt::NoModifier);
-        drop.setDropAction(Qt::MoveAction);
-        QApplication::sendEvent(main, &drop);
-        return drop.isAccepted() ? drop.dropAction() : Qt::TargetMoveAction;
+        Fill(data, urls);
+        const auto answer = DragOver(data, possible);
+        return answer == Qt::TargetMoveAction ? answer : LetGo(data, possible);
     }
+
+    const std::string tone = "file://" + Write("tone.wav", WaveBytes()).string();
 };
 
 TEST_F(Events, DropIsNeverAMoveAndRunsAfterItsEvent)
 {
-    const QUrl tone("file://" + QString::fromStdString(Write("tone.wav", WaveBytes()).string()));
-    EXPECT_EQ(DropUrl(tone), Qt::CopyAction);
+    EXPECT_EQ(DropUrls({tone}), Qt::CopyAction);
     EXPECT_THAT(dialogs.shown, IsEmpty());
     QApplication::processEvents();
     EXPECT_EQ(dialogs.shown.size(), 1U);
-    EXPECT_EQ(DropUrl(tone, Qt::MoveAction), Qt::IgnoreAction); // taken, and nothing is left to do for its source
+    EXPECT_EQ(DropUrls({tone}, Qt::LinkAction | Qt::MoveAction), Qt::LinkAction);
     QApplication::processEvents();
     EXPECT_EQ(dialogs.shown.size(), 2U);
-    EXPECT_EQ(DropUrl(QUrl()), Qt::TargetMoveAction); // a text alone is no file
+    EXPECT_EQ(DropUrls({tone}, Qt::MoveAction), Qt::TargetMoveAction); // its source would delete the file
+    EXPECT_EQ(DropUrls({}), Qt::TargetMoveAction);                     // a text alone is no file
+    QApplication::processEvents();
+    EXPECT_EQ(dialogs.shown.size(), 2U);
+}
+
+TEST_F(Events, DragShowsItsStatusAndTakesOnlyTheColourBack)
+{
+    window.Show();
+    QMimeData data;
+    Fill(data, {tone});
+    QDragLeaveEvent leave;
+    QMouseEvent back(QEvent::MouseMove, {10, 10}, {10, 10}, {10, 10}, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    const std::pair<QObject*, QEvent*> ends[] = {{main, &leave},
+                                                 {main->windowHandle(), &back}}; // or its source has died
+    for (const auto& [receiver, end] : ends) {
+        DragOver(data);
+        EXPECT_EQ(window.LabelDragAndDrop.TextColor(), kRed);
+        QApplication::sendEvent(receiver, end);
+        EXPECT_EQ(window.LabelDragAndDrop.TextColor(), kBlack);
+        EXPECT_EQ(window.Label3.Text(), "Wavefile Format OK!                       ");
+        EXPECT_FALSE(window.mDragInside);
+    }
 }
 
 TEST_F(Events, EveryDropEndsInItsMessage)
 {
     const auto good = "PC1600 Soundfilegrösse = 132 KB.";
     const auto noFile = "Falsches .Wav Format - Kein PCM !";
+    const auto notOrdinary = "Das ist keine gewöhnliche Datei.";
     Write("a b#%.wav", WaveBytes());
     Write("\xFF.wav", WaveBytes());
     std::filesystem::resize_file(Write("giant.wav", WaveBytes()), 3ULL << 30U);
     ASSERT_EQ(mkfifo((folder / "fifo").c_str(), 0600), 0);
     const auto home = "file://" + folder.string();
+    const auto host = QSysInfo::machineHostName().toLower().toStdString();
     for (const auto& [url, message] : std::initializer_list<std::pair<std::string, std::string>>{
              {"file://localhost" + folder.string() + "/a%20b%23%25.wav", good},
+             {"file://" + host + folder.string() + "/tone.wav", good},
              {home + "/a%20b%23%25.wav/", good},
              {home + "/%FF.wav", good}, // no UTF-8
+             {home + "/tone.wav%00.txt", noFile},
              {"http://example.org/a.wav", noFile},
              {"file://elsewhere.example.org/a.wav", noFile},
              {home + "/giant.wav", ".Wav Datei zu gross !"},
-             {home, "tonfloss-window-test: This is no ordinary file."},
-             {home + "/fifo", "fifo: This is no ordinary file."},
+             {home, folder.filename().string() + ": " + notOrdinary},
+             {"file:///", std::string("/: ") + notOrdinary},
+             {home + "/fifo", std::string("fifo: ") + notOrdinary},
              {home + "/gone.wav", "gone.wav: No such file or directory"},
-             {"file:///dev/null", "null: This is no ordinary file."},
+             {"file:///dev/null", std::string("null: ") + notOrdinary},
          }) {
-        DropUrl(QUrl::fromEncoded(QByteArray::fromStdString(url)));
+        DropUrls({url, home + "/fifo"}); // the first counts
         QApplication::processEvents();
         EXPECT_EQ(dialogs.shown.back(), message) << url;
     }
-    EXPECT_EQ(dialogs.shown.size(), 10U);
+    EXPECT_EQ(dialogs.shown.size(), 13U);
 }
 
 TEST_F(Events, NothingStartsWhileAnotherIsUnderWay)
 {
-    const QUrl tone("file://" + QString::fromStdString(Write("tone.wav", WaveBytes()).string()));
-    int tried = 0;
-    dialogs.onYield = dialogs.whileOpen = [&] {
-        ++tried;
-        EXPECT_EQ(DropUrl(tone), Qt::TargetMoveAction);
+    const auto disturb = [&] {
+        EXPECT_EQ(DropUrls({tone}), Qt::TargetMoveAction);
         for (const auto key : {Qt::Key_8, Qt::Key_Return})
             QTest::keyClick(&Find<QLineEdit>("TextFieldAudioAdresse"), key);
         Find<QRadioButton>("RadioButtonPokEmul").click();
-        Find<QAction>("OptionAudioPokEmul").trigger();
-        Find<QAction>("OptionDefBWindow").trigger();
-        Find<QAction>("InfoUeber").trigger();
+        for (const auto* const item : {"OptionAudioPokEmul", "OptionDefBWindow", "InfoUeber", "EditPaste"})
+            Find<QAction>(item).trigger();
         EXPECT_FALSE(main->close());
     };
-    Drop("noise.wav", WaveBytes().samples(Tone(2, 2000))); // yields within, then shows its message
+    int tried = 0;
+    dialogs.onYield = dialogs.whileOpen = [&] { ++tried, disturb(); };
+    Drop("noise.wav", WaveBytes().samples(Tone(2, 5000))); // yields within, then shows its message
     EXPECT_GT(tried, 2);
-    EXPECT_THAT(dialogs.shown, ElementsAre("PC1600 Soundfilegrösse = 2131 KB."));
+    EXPECT_THAT(dialogs.shown, ElementsAre("PC1600 Soundfilegrösse = 5131 KB."));
     EXPECT_EQ(window.TextFieldAudioAdresse.Text(), U"");
     EXPECT_TRUE(window.RadioButtonPC1600.Value());
     EXPECT_FALSE(Find<QRadioButton>("RadioButtonPokEmul").isChecked() || menuBar.OptionAudioPokEmul.HasCheckMark());
@@ -104,11 +151,16 @@ TEST_F(Events, NothingStartsWhileAnotherIsUnderWay)
 
     tried = 0;
     dialogs.answer = folder / "SOUND";
-    Enter(U"80C5"); // yields within the expansion, the save dialog, then the message
+    Enter(U"80C5"); // the save dialog, yields within the expansion, then the message
     EXPECT_GT(tried, 3);
-    EXPECT_EQ(Read(folder / "SOUND").size(), 2000U + 133);
+    EXPECT_EQ(Read(folder / "SOUND").size(), 5000U + 133);
 
     dialogs.onYield = dialogs.whileOpen = [] {};
+    EXPECT_EQ(DropUrls({tone}), Qt::CopyAction); // from its answer on a drop has its turn, also before it works
+    disturb();
+    EXPECT_EQ(dialogs.shown.size(), 2U);
+    QApplication::processEvents();
+    EXPECT_EQ(window.Title(), "tone.wav / 44 Bytes / 11.025 kHz");
     EXPECT_TRUE(main->close());
 }
 
@@ -122,30 +174,31 @@ TEST_F(Events, ReturnAndEnterAreToldByTheKey)
     for (auto* const neither : {&ctrlM, &ctrlC})
         QApplication::sendEvent(&field, neither);
     EXPECT_EQ(dialogs.shown.size(), 1U);
-    QTest::keyClicks(&field, "80C5");
-    EXPECT_EQ(window.TextFieldAudioAdresse.Text(), U"80C5");
+    QTest::keyClicks(&field, "8999");
+    EXPECT_EQ(window.TextFieldAudioAdresse.Text(), U"8999");
     QTest::keyClick(&field, Qt::Key_Enter, Qt::KeypadModifier);
-    EXPECT_TRUE(std::filesystem::exists(folder / "SOUND"));
+    EXPECT_EQ(Read(folder / "SOUND").substr(8, 2), "\x99\x89");
 }
 
 TEST_F(Events, ExceptionsEndInAMessage)
 {
-    EXPECT_TRUE(gate.Run([] { throw std::bad_alloc(); }));
-    EXPECT_TRUE(gate.Run([] { throw platform::IOException("a<b.wav: reason"); }));
-    EXPECT_THAT(dialogs.shown, ElementsAre("There is not enough memory for this.", "a<b.wav: reason"));
-    EXPECT_FALSE(gate.Busy());
-}
-
-TEST_F(Events, TextsFitTheirBoxesAndBlackIsTheDesktopsOwnColour)
-{
-    EXPECT_EQ(main->centralWidget()->size(), QSize(600, 451));
-    auto& label = Find<QLabel>("Label2");
-    window.Label2.SetText("(Enter now)");
-    EXPECT_LE(label.fontMetrics().horizontalAdvance(label.text()), label.width());
-    window.Label2.SetTextColor(0xFF0000);
-    EXPECT_EQ(label.palette().color(QPalette::WindowText), QColor(0xFF, 0, 0));
-    window.Label2.SetTextColor(0);
-    EXPECT_EQ(label.palette().color(QPalette::WindowText), QApplication::palette().color(QPalette::WindowText));
+    using Kind = platform::IOException::Kind;
+    for (const auto* const language : {"ger", "eng", "fra"}) {
+        window.Language = language;
+        gate.Run([] { throw std::bad_alloc(); });
+        for (const auto kind : {Kind::NoOrdinaryFile, Kind::BeingChanged, Kind::WriteProtected, Kind::System})
+            gate.Run([&] { throw platform::IOException(kind, "a<b", "Disk full"); });
+    }
+    EXPECT_THAT(dialogs.shown, ElementsAre("Dafür reicht der Speicher nicht.", "a<b: Das ist keine gewöhnliche Datei.",
+                                           "a<b: Die Datei wird gerade von einem anderen Programm geändert.",
+                                           "a<b: Diese Datei ist schreibgeschützt.", "a<b: Disk full",
+                                           "There is not enough memory for this.", "a<b: This is no ordinary file.",
+                                           "a<b: The file is being changed by another program.",
+                                           "a<b: This file is write-protected.", "a<b: Disk full"));
+    dialogs.whileOpen = [] { throw std::bad_alloc(); };
+    window.Language = "ger";
+    gate.Run([] { throw std::bad_alloc(); }); // no memory even for the message
+    EXPECT_TRUE(main->close());               // and the turn is over
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 // The saved files, played by a Z80: what leaves the port is the recording.
+#include "Falls.h"
 #include "WindowTest.h"
 #include "Z80Machine.h"
 
@@ -83,20 +84,6 @@ TEST_P(Player, WritesNothingForTheSmallestImage)
     EXPECT_TRUE(heard.levels.empty());
     EXPECT_EQ(heard.calls.size(), 3U);
     EXPECT_TRUE(heard.interruptsAfterwards);
-}
-
-/// Samples between the recording's own falls through the midline, the first counted from the start.
-std::vector<long> FallDistances(const std::string& samples)
-{
-    std::vector<long> distances;
-    bool high = false;
-    long last = 0;
-    for (long i = 0; i < static_cast<long>(samples.size()) - 2; ++i) {
-        const auto sample = static_cast<unsigned char>(samples[static_cast<std::size_t>(i)]);
-        if (high && sample < 128) distances.push_back(i + 1 - std::exchange(last, i + 1));
-        if (sample != 128) high = sample > 128;
-    }
-    return distances;
 }
 
 TEST_P(Player, SoundsLikeTheRecording)

@@ -5,10 +5,10 @@
 #include "FakeDialogs.h"
 #include "Files.h"
 #include "WaveBytes.h"
-#include "Window1.h"
 
 #include <QApplication>
 #include <QMainWindow>
+#include <QTest>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,17 +18,15 @@
 #include <iterator>
 #include <string>
 
+#include <cstdlib>
+
+inline constexpr auto kNotSaved = "Ups! Da ist ein Fehler passiert.\nPC-1600 Soundfile nicht erstellt!";
+inline constexpr auto kSaved = "PC-1600 Soundfile erfogreich erstellt !";
+
 class WindowTest : public testing::Test {
 protected:
     using path = std::filesystem::path;
 
-    WindowTest()
-    {
-        std::filesystem::create_directories(folder);
-        App().Event_Open(window, menuBar);
-        for (auto* const each : QApplication::topLevelWidgets())
-            if (auto* const found = qobject_cast<QMainWindow*>(each)) main = found;
-    }
     ~WindowTest() override { std::filesystem::remove_all(folder); }
 
     path Write(const path& name, const std::string& bytes) const
@@ -63,10 +61,35 @@ protected:
         return *main->findChild<Object*>(name);
     }
 
-    const path folder = path(testing::TempDir()) / "tonfloss-window-test";
+    /// With the focus in the address field, where keys are to be pressed.
+    void ShowPrompts()
+    {
+        window.Show();
+        main->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(main));
+        DropTone();
+        dialogs.shown.clear();
+    }
+
+private:
+    static path MakeFolder()
+    {
+        auto name = (std::filesystem::temp_directory_path() / "tonfloss-XXXXXX").string();
+        return mkdtemp(name.data());
+    }
+    static QMainWindow* MainWindow()
+    {
+        for (auto* const each : QApplication::topLevelWidgets())
+            if (auto* const found = qobject_cast<QMainWindow*>(each)) return found;
+        return nullptr;
+    }
+
+protected:
+    const path folder = MakeFolder();
     FakeDialogs dialogs;
-    platform::EventGate gate{dialogs};
-    MainMenuBar menuBar{gate};
-    Window1 window{gate, menuBar, dialogs};
-    QMainWindow* main = nullptr;
+    App app{dialogs};
+    Window1& window = app.Window;
+    MainMenuBar& menuBar = app.MenuBar;
+    platform::EventGate& gate = app.Gate;
+    QMainWindow* const main = MainWindow();
 };

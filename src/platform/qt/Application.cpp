@@ -2,15 +2,31 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QKeyEvent>
 #include <QScreen>
 #include <QSettings>
 
 namespace platform {
 
+namespace {
+
+/// A Return that is held down counts once: its repetitions would answer each box that it opens.
+class RepeatedReturns : public QObject {
+    bool eventFilter(QObject* /*object*/, QEvent* event) override
+    {
+        if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride) return false;
+        const auto& key = *static_cast<QKeyEvent*>(event); // NOLINT: the type tells
+        return key.isAutoRepeat() && (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter);
+    }
+};
+
+} // namespace
+
 struct Application::Impl {
-    Impl(int& argc, char** argv) : application(argc, argv) {}
+    Impl(int& argc, char** argv) : application(argc, argv) { application.installEventFilter(&repeatedReturns); }
 
     QApplication application;
+    RepeatedReturns repeatedReturns;
 };
 
 // No display name is set: the toolkit would append it to every window title.
@@ -22,9 +38,14 @@ Application::Application(int& argc, char** argv)
     QCoreApplication::setApplicationVersion(TONFLOSS_VERSION);
     impl_ = std::make_unique<Impl>(argc, argv);
     QGuiApplication::setDesktopFileName("org.tonfloss.Tonfloss");
-    // After the first frame, which doesn't need it: the icon has to be drawn in several sizes.
-    QMetaObject::invokeMethod(
-        qApp, [] { QApplication::setWindowIcon(QIcon(":/tonfloss.svg")); }, Qt::QueuedConnection);
+    // After the first frame, which doesn't need it: the icon has several sizes to read.
+    const auto showIcon = [] {
+        QIcon icon;
+        for (const int pixels : {16, 24, 32, 48, 64, 128, 256})
+            icon.addFile(QString(":/tonfloss-%1.png").arg(pixels));
+        QApplication::setWindowIcon(icon);
+    };
+    QMetaObject::invokeMethod(qApp, showIcon, Qt::QueuedConnection);
 }
 
 Application::~Application() = default;

@@ -5,17 +5,18 @@
 #include "WindowImpl.h"
 
 #include <QApplication>
-#include <QFontDatabase>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
+#include <QPixmap>
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QStyle>
 #include <QStyleOptionButton>
-#include <QSvgRenderer>
+#include <QtMath>
 
+#include <algorithm>
 #include <utility>
 
 namespace platform {
@@ -50,6 +51,21 @@ public:
     std::function<bool(std::u32string_view)> keyDown;
 
 private:
+    // Paste is left to the menu, which looks for a file on the clipboard first.
+    bool event(QEvent* event) override
+    {
+        const bool paste = event->type() == QEvent::ShortcutOverride &&
+                           static_cast<QKeyEvent*>(event)->matches(QKeySequence::Paste); // NOLINT: the type tells
+        return paste ? QWidget::event(event) : QLineEdit::event(event);
+    }
+
+    // The selection stays while the menu bar has the focus, so that its items can work on it.
+    void focusOutEvent(QFocusEvent* event) override
+    {
+        QFocusEvent kept(QEvent::FocusOut, Qt::PopupFocusReason);
+        QLineEdit::focusOutEvent(event->reason() == Qt::MenuBarFocusReason ? &kept : event);
+    }
+
     void keyPressEvent(QKeyEvent* event) override
     {
         bool consumed = true;
@@ -67,6 +83,28 @@ private:
     }
 
     EventGate& gate_;
+};
+
+class AreaWidget : public QPlainTextEdit {
+public:
+    AreaWidget() { HideSelection(); }
+
+private:
+    void changeEvent(QEvent* event) override
+    {
+        if (event->type() == QEvent::ApplicationPaletteChange) HideSelection();
+        QPlainTextEdit::changeEvent(event);
+    }
+
+    // While the focus is elsewhere.
+    void HideSelection()
+    {
+        const auto desktop = QApplication::palette(this);
+        QPalette palette;
+        palette.setBrush(QPalette::Inactive, QPalette::Highlight, desktop.base());
+        palette.setBrush(QPalette::Inactive, QPalette::HighlightedText, desktop.text());
+        setPalette(palette);
+    }
 };
 
 class RadioWidget : public QRadioButton {
@@ -91,16 +129,24 @@ private:
 
 class CanvasWidget : public QWidget {
 public:
-    explicit CanvasWidget(const QString& picture) : picture_(picture) {}
+    explicit CanvasWidget(QString backdrop) : backdrop_(std::move(backdrop)) {}
 
 private:
     void paintEvent(QPaintEvent* /*event*/) override
     {
+        const int scale = std::clamp(qCeil(devicePixelRatio()), 1, kLargestScale);
+        if (scale != scale_) picture_.load(QString(":/%1@%2x.png").arg(backdrop_).arg(scale));
+        scale_ = scale;
         QPainter painter(this);
-        picture_.render(&painter, rect());
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawPixmap(rect(), picture_);
     }
 
-    QSvgRenderer picture_;
+    static constexpr int kLargestScale = 4; // of the pictures among the resources
+
+    QString backdrop_;
+    QPixmap picture_; // the smallest one with a pixel for each of the screen's
+    int scale_ = 0;
 };
 
 /// Puts a control on `below`, whose corner stands at `origin` in the window.
@@ -118,7 +164,7 @@ void Place(QWidget& widget, const ControlRow& row, QWidget& below, QPoint origin
 Control::Control(Window& parent, const ControlRow& row, std::unique_ptr<Impl> impl) : impl_(std::move(impl))
 {
     impl_->fontPixels = row.fontPixels;
-    Place(impl_->widget, row, *parent.impl_->widget->centralWidget(), {});
+    Place(impl_->widget, row, *parent.impl_->centralWidget(), {});
 }
 
 Control::Control(Control& parent, const ControlRow& row, std::unique_ptr<Impl> impl) : impl_(std::move(impl))
@@ -180,25 +226,19 @@ void Label::SetTextColor(std::uint32_t rgb)
     impl().widget.setPalette(palette);
 }
 
-TextArea::TextArea(Window& parent, const ControlRow& row)
-    : Control(parent, row, std::make_unique<Impl>(new QPlainTextEdit))
+TextArea::TextArea(Window& parent, const ControlRow& row) : Control(parent, row, std::make_unique<Impl>(new AreaWidget))
 {
-    auto& area = impl().As<QPlainTextEdit>();
+    auto& area = impl().As<AreaWidget>();
     area.setReadOnly(true);
     area.setLineWrapMode(QPlainTextEdit::NoWrap);
-    const auto useFixedFont = [&area] {
-        area.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-        area.setTabStopDistance(8 * area.fontMetrics().horizontalAdvance(' '));
-    };
-    QMetaObject::invokeMethod(&area, useFixedFont, Qt::QueuedConnection); // the first frame has no text in it
-    area.setAcceptDrops(false);                                           // a dragged file is for the window
+    area.setAcceptDrops(false); // a dragged file is for the window
     area.viewport()->setAcceptDrops(false);
 }
 
 void TextArea::SetText(std::string text)
 {
     text_ = std::move(text);
-    impl().As<QPlainTextEdit>().setPlainText(FromUtf8(text_));
+    impl().As<AreaWidget>().setPlainText(FromUtf8(text_));
 }
 
 TextField::TextField(Window& parent, const ControlRow& row)
@@ -232,6 +272,12 @@ RadioButton::RadioButton(Window& parent, const ControlRow& row)
     option.initFrom(&button);
     const auto box = button.style()->subElementRect(QStyle::SE_RadioButtonContents, &option, &button);
     impl().Fit(caption, box.size());
+    // All captions in one size: the smallest that one of them needs.
+    const auto buttons = button.parentWidget()->findChildren<QRadioButton*>();
+    const auto smallest =
+        std::ranges::min(buttons, {}, [](auto* each) { return each->fontInfo().pixelSize(); })->font();
+    for (auto* const each : buttons)
+        each->setFont(smallest);
 }
 
 bool RadioButton::Value() const
@@ -250,7 +296,7 @@ void RadioButton::SetAction(std::function<void()> action)
 }
 
 Canvas::Canvas(Control& parent, const ControlRow& row, std::string_view backdrop)
-    : Control(parent, row, std::make_unique<Impl>(new CanvasWidget(":/" + FromUtf8(backdrop) + ".svg")))
+    : Control(parent, row, std::make_unique<Impl>(new CanvasWidget(FromUtf8(backdrop))))
 {}
 
 } // namespace platform

@@ -1,16 +1,18 @@
 #include "Dialogs.h"
 
-#include "Files.h"
 #include "QtText.h"
+#include "System.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLayout>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QScreen>
 
+#include <algorithm>
 #include <chrono>
 
 namespace platform {
@@ -24,6 +26,33 @@ QWidget* MainWindow()
     return nullptr;
 }
 
+/// The toolkit reads double quotes as a list of names; here they are part of the one name.
+class SaveDialog : public QFileDialog {
+public:
+    using QFileDialog::QFileDialog;
+
+    QString chosen;
+
+protected:
+    void accept() override
+    {
+        const auto typed = findChild<QLineEdit*>("fileNameEdit")->text();
+        const QFileInfo meant(directory(), typed);
+        if (!typed.contains('"')) {
+            QFileDialog::accept();
+            if (result() == Accepted) chosen = selectedFiles().constFirst();
+            return;
+        }
+        if (meant.isDir()) return setDirectory(meant.absoluteFilePath());
+        const auto question = QFileDialog::tr("%1 already exists.\nDo you want to replace it?").arg(meant.fileName());
+        if (meant.exists() && QMessageBox::warning(this, windowTitle(), question, QMessageBox::Yes | QMessageBox::No,
+                                                   QMessageBox::No) != QMessageBox::Yes)
+            return;
+        chosen = meant.absoluteFilePath();
+        QDialog::accept(); // NOLINT(bugprone-parent-virtual-call): the parent's would read the quotes
+    }
+};
+
 class QtDialogs : public Dialogs {
 public:
     void MsgBox(std::string_view utf8) override
@@ -31,14 +60,19 @@ public:
         QMessageBox box(MainWindow());
         box.setWindowTitle("Tonfloss");
         box.setTextFormat(Qt::PlainText);
-        box.setText(FromUtf8(utf8));
+        const auto text = FromUtf8(utf8);
+        box.setText(text);
+        // As wide as the longest line: the toolkit would wrap it at a width of its own.
+        auto& label = *box.findChild<QLabel*>("qt_msgbox_label");
+        const int room = box.screen()->availableSize().width() * 9 / 10;
+        label.setMinimumWidth(std::min(room, label.fontMetrics().size(0, text).width()));
         box.exec();
     }
 
     std::optional<std::filesystem::path> ShowModal(const SaveAsDialog& dialog) override
     {
-        QFileDialog files(MainWindow(), FromUtf8(dialog.Title),
-                          QFile::decodeName(dialog.InitialDirectory.string().c_str()), FromUtf8(dialog.Filter));
+        SaveDialog files(MainWindow(), FromUtf8(dialog.Title), FromPath(dialog.InitialDirectory),
+                         FromUtf8(dialog.Filter));
         files.setOption(QFileDialog::DontUseNativeDialog); // the desktop's own has no room for the prompt
         files.setAcceptMode(QFileDialog::AcceptSave);
         files.setFileMode(QFileDialog::AnyFile);
@@ -48,7 +82,7 @@ public:
         prompt->setContentsMargins(12, 12, 12, 0);
         files.layout()->setMenuBar(prompt); // the layout's own row above all others
         if (files.exec() != QDialog::Accepted) return std::nullopt;
-        return QFile::encodeName(files.selectedFiles().constFirst()).toStdString();
+        return ToPath(files.chosen);
     }
 
     void RuntimeBackgroundTask() override

@@ -1,5 +1,7 @@
 #include "EditMenu.h"
 
+#include "DraggedFile.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QLineEdit>
@@ -59,6 +61,12 @@ void Edit(QPlainTextEdit& area, MenuAction action)
         area.copy();
 }
 
+/// Somebody copied a file, in a file manager for example.
+DragItem FileOnClipboard()
+{
+    return DraggedFile(QApplication::clipboard()->mimeData());
+}
+
 bool CanEditFocusedText(MenuAction action)
 {
     auto* const text = FocusedText();
@@ -77,14 +85,22 @@ void EditFocusedText(MenuAction action)
 
 } // namespace
 
-void ConnectEditItem(QAction& item, MenuAction action, EventGate& gate, QMenu& menu)
+void ConnectEditItem(QAction& item, MenuAction action, EventGate& gate, const PasteFile& pasteFile, QMenu& menu)
 {
     FocusedText(); // follows the focus from now on
-    QObject::connect(&menu, &QMenu::aboutToShow, &item,
-                     [&item, action] { item.setEnabled(CanEditFocusedText(action)); });
+    QObject::connect(&menu, &QMenu::aboutToShow, &item, [&item, action] {
+        const bool file = action == MenuAction::Paste && FileOnClipboard().FolderItemAvailable();
+        item.setEnabled(file || CanEditFocusedText(action));
+    });
     // A shortcut works without the menu having been opened, so a disabled item must not stand in its way.
     QObject::connect(&menu, &QMenu::aboutToHide, &item, [&item] { item.setEnabled(true); });
-    QObject::connect(&item, &QAction::triggered, [&gate, action] { gate.Run([action] { EditFocusedText(action); }); });
+    QObject::connect(&item, &QAction::triggered, [&gate, &pasteFile, action] {
+        gate.Run([&] {
+            if (action == MenuAction::Paste)
+                if (const auto file = FileOnClipboard(); file.FolderItemAvailable()) return pasteFile(file);
+            EditFocusedText(action);
+        });
+    });
 }
 
 } // namespace platform

@@ -1,14 +1,20 @@
 // EditMenu.h: the items that work on the text that has the focus.
 #pragma once
 
+#include "Files.h"
 #include "Menu.h"
 
 #include <QAction>
 #include <QMenu>
 
+#include <functional>
+
 namespace platform {
 
-/// Makes `item` do its command on the focused text, and enables it just when it can, each time `menu` opens.
-void ConnectEditItem(QAction& item, MenuAction action, EventGate& gate, QMenu& menu);
+using PasteFile = std::function<void(const DragItem&)>;
+
+/// Makes `item` do its command on the focused text, and enables it just when it can, each time `menu` opens. Requires:
+/// gate and `pasteFile` outlive the item.
+void ConnectEditItem(QAction& item, MenuAction action, EventGate& gate, const PasteFile& pasteFile, QMenu& menu);
 
 } // namespace platform

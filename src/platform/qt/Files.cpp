@@ -1,77 +1,169 @@
 #include "Files.h"
 
 #include "QtText.h"
+#include "System.h"
 
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
+#include <QRandomGenerator>
 #include <QStandardPaths>
 
 #include <algorithm>
 #include <cerrno>
-#include <fstream>
-#include <system_error>
+#include <utility>
+
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
 
 namespace platform {
 namespace {
 
 namespace fs = std::filesystem;
+using Kind = IOException::Kind;
 
 constexpr std::uint64_t kLongestRead = 16U << 20U; // bytes
+constexpr std::string_view kPartName = ".tonfloss-part-";
 
-QString ToQString(const fs::path& path)
-{
-    return QFile::decodeName(path.string().c_str());
-}
-
+/// The name without folders; where there is none, as for the root, the path.
 QString NameOf(const fs::path& path)
 {
-    return ToQString(path.filename()).normalized(QString::NormalizationForm_C);
+    return FromPath(path.has_filename() ? path.filename() : path).normalized(QString::NormalizationForm_C);
 }
 
-[[noreturn]] void Fail(const fs::path& path, const QString& reason)
+[[noreturn]] void Fail(const fs::path& path, Kind kind)
 {
-    throw IOException((NameOf(path) + ": " + reason).toStdString());
+    throw IOException(kind, NameOf(path).toStdString());
 }
 
-[[noreturn]] void FailWithErrno(const fs::path& path)
+[[noreturn]] void Fail(const fs::path& path, const std::error_code& error)
 {
-    Fail(path, FromUtf8(std::generic_category().message(errno)));
+    throw IOException(Kind::System, NameOf(path).toStdString(), ErrorText(error).toStdString());
 }
 
-/// Where a link leads; the last of several may lead to a file that isn't there yet.
-fs::path FileMeant(const fs::path& path, bool exists)
+std::error_code LastError()
+{
+    return {errno, std::generic_category()};
+}
+
+/// Of the C library.
+class Descriptor {
+public:
+    explicit Descriptor(int opened) : file(opened) {}
+    ~Descriptor() { Close(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    void Close()
+    {
+        if (file >= 0) close(std::exchange(file, -1));
+    }
+
+    int file; // -1 for none
+};
+
+void RequireUnchanged(const FolderItem& item)
 {
     std::error_code error;
-    if (!fs::is_symlink(path, error)) return path;
-    return exists ? fs::canonical(path, error) : path.parent_path() / fs::read_symlink(path, error);
+    const auto status = fs::status(item.NativePath, error);
+    if (error) Fail(item.NativePath, error);
+    if (!fs::is_regular_file(status)) Fail(item.NativePath, Kind::NoOrdinaryFile);
+    const auto now = FolderItemAt(item.NativePath);
+    if (now.Length != item.Length || now.Changed != item.Changed) Fail(item.NativePath, Kind::BeingChanged);
 }
 
+/// What `path` means: the end of a chain of links, which may be a file that isn't there yet. Requires: no circle.
+fs::path FileMeant(fs::path path)
+{
+    std::error_code error;
+    while (fs::is_symlink(path, error))
+        path = path.parent_path() / fs::read_symlink(path, error);
+    return path;
+}
+
+/// A file under a name of our own beside the one that is meant, until it is whole.
+class PartFile {
+public:
+    /// Takes away what killed saves have left in `folder`, but nothing that another program is writing.
+    explicit PartFile(const fs::path& folder)
+    {
+        std::error_code unreadable;
+        for (fs::directory_iterator entry(folder, unreadable), end; !unreadable && entry != end;
+             entry.increment(unreadable))
+            if (FromPath(entry->path().filename()).startsWith(FromUtf8(kPartName))) RemoveLeftover(entry->path());
+        do {
+            path_ = folder / (std::string(kPartName) + std::to_string(QRandomGenerator::global()->generate()));
+            part_.file = CreateLocked(path_);
+        } while (part_.file < 0 && errno == EEXIST);
+        if (part_.file < 0) throw std::system_error(LastError());
+    }
+    ~PartFile()
+    {
+        part_.Close(); // an open file can't be removed everywhere
+        std::error_code renamed;
+        fs::remove(path_, renamed);
+    }
+    PartFile(const PartFile&) = delete;
+    PartFile& operator=(const PartFile&) = delete;
+
+    void Write(std::string_view bytes)
+    {
+        while (!bytes.empty()) {
+            const auto written = write(part_.file, bytes.data(), static_cast<unsigned>(bytes.size()));
+            if (written < 0) throw std::system_error(LastError());
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+        }
+        if (!Sync(part_.file)) throw std::system_error(LastError());
+    }
+
+    void RenameTo(const fs::path& target, const std::optional<fs::perms>& permissions)
+    {
+        std::error_code error;
+        if (permissions) fs::permissions(path_, *permissions, error); // not every file system has them
+        if (!CloseForRename(part_.file)) throw std::system_error(LastError());
+        fs::rename(path_, target);
+        SyncFolder(target.parent_path());
+    }
+
+private:
+    fs::path path_;
+    Descriptor part_{-1};
+};
+
 } // namespace
+
+IOException::IOException(Kind kind, std::string fileName, std::string systemText)
+    : ErrorKind(kind),
+      FileName(std::move(fileName)),
+      SystemText(std::move(systemText))
+{}
 
 FolderItem FolderItemAt(const fs::path& path)
 {
     std::error_code noLength;
+    std::error_code noTime;
     const auto length = fs::file_size(path, noLength);
-    return {.NativePath = path, .Name = ToUtf32(NameOf(path)), .Length = noLength ? 0 : length};
+    const auto changed = fs::last_write_time(path, noTime);
+    return {.NativePath = path,
+            .Name = ToUtf32(NameOf(path)),
+            .Length = noLength ? 0 : length,
+            .Changed = noTime ? fs::file_time_type() : changed};
 }
 
 std::string ReadBytes(const FolderItem& item)
 {
-    std::error_code error;
-    const auto status = fs::status(item.NativePath, error);
-    if (error) Fail(item.NativePath, FromUtf8(error.message()));
-    if (!fs::is_regular_file(status)) Fail(item.NativePath, "This is no ordinary file.");
-
-    errno = 0;
-    std::ifstream stream(item.NativePath, std::ios::binary);
-    if (!stream) FailWithErrno(item.NativePath);
-    const auto length = fs::file_size(item.NativePath, error);
-    std::string bytes(std::min(length, kLongestRead), '\0');
-    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    if (error || stream.bad()) FailWithErrno(item.NativePath);
-    if (length != item.Length || !stream) Fail(item.NativePath, "The file is being changed by another program.");
+    RequireUnchanged(item);
+    const Descriptor source(OpenToRead(item.NativePath));
+    if (source.file < 0) Fail(item.NativePath, LastError());
+    std::string bytes(std::min(item.Length, kLongestRead), '\0');
+    for (std::size_t done = 0; done < bytes.size();) {
+        const auto count = read(source.file, &bytes[done], static_cast<unsigned>(bytes.size() - done));
+        if (count < 0) Fail(item.NativePath, LastError());
+        if (count == 0) Fail(item.NativePath, Kind::BeingChanged);
+        done += static_cast<std::size_t>(count);
+    }
+    RequireUnchanged(item);
     return bytes;
 }
 
@@ -80,40 +172,23 @@ void WriteBytes(const fs::path& path, std::string_view bytes)
     std::error_code error;
     const auto status = fs::status(path, error);
     const bool replaces = fs::exists(status);
-    if (replaces && !fs::is_regular_file(status)) Fail(path, "This is no ordinary file.");
-
-    const auto target = FileMeant(path, replaces);
-    if (replaces && !QFileInfo(ToQString(target)).isWritable()) Fail(path, "This file is write-protected.");
-
-    // First under a name of our own: what a killed save leaves behind is known by it, and the next save takes it away.
-    auto part = target.parent_path() / ".";
-    part += target.filename();
-    part += ".tonfloss-part";
-    fs::remove(part, error);
-    QSaveFile file(ToQString(part));
-    const auto size = static_cast<qint64>(bytes.size());
-    // All three are asked: on a full disk `commit` alone reports success and leaves half a file.
-    const bool written = file.open(QIODevice::WriteOnly) && file.write(bytes.data(), size) == size && file.flush();
-    if (!written) {
-        const auto reason = file.errorString();
-        file.cancelWriting();
-        Fail(path, reason);
-    }
-    if (!file.commit()) Fail(path, file.errorString());
-
-    if (replaces) fs::permissions(part, status.permissions(), error);
-    fs::rename(part, target, error);
-    if (error) {
-        const auto reason = FromUtf8(error.message());
-        fs::remove(part, error);
-        Fail(path, reason);
+    if (!fs::status_known(status)) Fail(path, error); // a circle of links, for one
+    if (replaces && !fs::is_regular_file(status)) Fail(path, Kind::NoOrdinaryFile);
+    const auto target = FileMeant(path);
+    if (replaces && !IsWritable(target)) Fail(path, Kind::WriteProtected);
+    try {
+        PartFile part(target.parent_path());
+        part.Write(bytes);
+        part.RenameTo(target, replaces ? std::optional(status.permissions()) : std::nullopt);
+    } catch (const std::system_error& failure) {
+        Fail(path, failure.code());
     }
 }
 
 fs::path Documents()
 {
     const auto documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return QFile::encodeName(QDir(documents).exists() ? documents : QDir::homePath()).toStdString();
+    return ToPath(QDir(documents).exists() ? documents : QDir::homePath());
 }
 
 std::string Utf8(std::u32string_view text)

@@ -12,20 +12,19 @@
 namespace platform {
 namespace {
 
-QAction* MakeItem(const MenuRow& row, EventGate& gate, QMenu& menu)
+QAction* MakeItem(const MenuRow& row, EventGate& gate, const PasteFile& pasteFile, QMenu& menu)
 {
     if (row.text == "-") return menu.addSeparator();
     auto* const item = menu.addAction(FromUtf8(row.text));
     if (row.shortcut != 0) item->setShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(row.shortcut)));
     item->setCheckable(row.action == MenuAction::CheckHandler);
+    item->setMenuRole(
+        QAction::NoRole); // the toolkit would guess it from the text, and move the item elsewhere on a Mac
     switch (row.action) {
     case MenuAction::Handler:
     case MenuAction::CheckHandler: break; // MenuItem connects these
-    case MenuAction::Quit:
-        item->setMenuRole(QAction::QuitRole);
-        QObject::connect(item, &QAction::triggered, [] { QApplication::closeAllWindows(); });
-        break;
-    default: ConnectEditItem(*item, row.action, gate, menu);
+    case MenuAction::Quit: QObject::connect(item, &QAction::triggered, &QApplication::closeAllWindows); break;
+    default: ConnectEditItem(*item, row.action, gate, pasteFile, menu);
     }
     return item;
 }
@@ -41,7 +40,7 @@ MenuBar::MenuBar(EventGate& gate, std::span<const MenuRow> rows)
             menu = impl_->widget->addMenu(FromUtf8(row.text));
         } else {
             assert(menu != nullptr);
-            MakeItem(row, gate, *menu)->setObjectName(FromUtf8(row.name));
+            MakeItem(row, gate, impl_->pasteFile, *menu)->setObjectName(FromUtf8(row.name));
         }
     }
 }

@@ -1,9 +1,8 @@
 // MenuImpl.h: what MenuBar, its items and the window share behind their headers.
 #pragma once
 
-#include "Menu.h"
+#include "EditMenu.h"
 
-#include <QAction>
 #include <QMenuBar>
 #include <QPointer>
 
@@ -12,6 +11,7 @@ namespace platform {
 struct MenuBar::Impl {
     EventGate& gate;
     QPointer<QMenuBar> widget; // taken over by the window that shows it
+    PasteFile pasteFile = {};  // the window's; within a turn
 };
 
 } // namespace platform

@@ -1,5 +1,6 @@
 #include "WindowImpl.h"
 
+#include "DraggedFile.h"
 #include "MenuImpl.h"
 #include "QtText.h"
 
@@ -8,103 +9,108 @@
 #include <QLayout>
 #include <QMetaObject>
 #include <QMimeData>
-#include <QSysInfo>
-#include <QUrl>
+#include <QWindow>
 
-#include <optional>
 #include <utility>
 
 namespace platform {
 namespace {
 
-/// The events of a drag, as the window's own class meets them.
-struct DragHandlers {
-    std::function<bool()> enter;
-    std::function<bool()> over;
-    std::function<void()> exit;
-    std::function<void(const DragItem&)> drop;
-};
-
-/// The path as bytes, so that a name which isn't valid UTF-8 still opens; none for what is no file of this machine.
-std::optional<std::filesystem::path> LocalPath(const QUrl& url)
+/// What a drag is answered with. Never with a move, also where the source can do nothing else: it would delete the
+/// user's file afterwards.
+Qt::DropAction ActionFor(Qt::DropActions possible)
 {
-    const auto host = url.host();
-    const bool thisMachine = host.isEmpty() || host == "localhost" || host == QSysInfo::machineHostName().toLower();
-    if (!url.isLocalFile() || !thisMachine) return std::nullopt;
-#ifdef Q_OS_WIN
-    return QFile::encodeName(url.toLocalFile()).toStdString();
-#else
-    const auto encoded = url.adjusted(QUrl::StripTrailingSlash).path(QUrl::FullyEncoded);
-    return QByteArray::fromPercentEncoding(encoded.toLatin1()).toStdString();
-#endif
+    if (possible & Qt::CopyAction) return Qt::CopyAction;
+    return possible & Qt::LinkAction ? Qt::LinkAction : Qt::IgnoreAction;
 }
-
-class MainWidget : public QMainWindow {
-public:
-    MainWidget(EventGate& gate, DragHandlers handlers) : gate_(gate), handlers_(std::move(handlers)) {}
-
-private:
-    void dragEnterEvent(QDragEnterEvent* event) override
-    {
-        Answer(*event, event->mimeData()->hasUrls(), handlers_.enter);
-    }
-
-    void dragMoveEvent(QDragMoveEvent* event) override { Answer(*event, true, handlers_.over); }
-
-    void dragLeaveEvent(QDragLeaveEvent* /*event*/) override { gate_.Run(handlers_.exit); }
-
-    void dropEvent(QDropEvent* event) override
-    {
-        Answer(*event, true, [] { return false; });
-        if (!event->isAccepted()) return;
-        const auto urls = event->mimeData()->urls();
-        auto path = urls.isEmpty() ? std::nullopt : LocalPath(urls.constFirst());
-        // Queued: the program that the file comes from waits for the end of this event.
-        QMetaObject::invokeMethod(
-            this, [this, path = std::move(path)] { gate_.Run([&] { Drop(path); }); }, Qt::QueuedConnection);
-    }
-
-    void closeEvent(QCloseEvent* event) override { event->setAccepted(!gate_.Busy()); }
-
-    /// Accepts a drag as a copy, or as nothing where its source can't copy: after a move the source would delete the
-    /// user's file.
-    void Answer(QDropEvent& event, bool wanted, const std::function<bool()>& refuses)
-    {
-        bool refused = true;
-        if (wanted) gate_.Run([&] { refused = refuses(); });
-        event.setDropAction(event.possibleActions() & Qt::CopyAction ? Qt::CopyAction : Qt::IgnoreAction);
-        event.setAccepted(!refused);
-    }
-
-    void Drop(const std::optional<std::filesystem::path>& path)
-    {
-        DragItem item;
-        if (path) item.FolderItem = FolderItemAt(*path);
-        handlers_.drop(item);
-    }
-
-    EventGate& gate_;
-    DragHandlers handlers_;
-};
 
 } // namespace
 
-Window::Window(EventGate& gate, MenuBar& menuBar, const WindowRow& row)
+void Window::Impl::dragEnterEvent(QDragEnterEvent* event)
 {
-    auto widget =
-        std::make_unique<MainWidget>(gate, DragHandlers{
-                                               .enter = [this] { return Event_DragEnter(); },
-                                               .over = [this] { return Event_DragOver(); },
-                                               .exit = [this] { Event_DragExit(); },
-                                               .drop = [this](const DragItem& item) { Event_DropObject(item); },
-                                           });
+    Answer(*event, [&] {
+        if (!event->mimeData()->hasUrls()) return false;
+        item_ = DraggedFile(event->mimeData());
+        dragInside_ = true;
+        return !window_.Event_DragEnter();
+    });
+}
+
+void Window::Impl::dragMoveEvent(QDragMoveEvent* event)
+{
+    Answer(*event, [&] { return !window_.Event_DragOver(); });
+}
+
+void Window::Impl::dragLeaveEvent(QDragLeaveEvent* /*event*/)
+{
+    EndDrag();
+}
+
+// The drop has its turn from its answer on, and works when its event is over: the program that the file comes from waits
+// for that.
+void Window::Impl::dropEvent(QDropEvent* event)
+{
+    auto turn = gate.TakeTurn();
+    const auto action = ActionFor(event->possibleActions());
+    event->setDropAction(action);
+    event->setAccepted(turn && action != Qt::IgnoreAction);
+    if (!event->isAccepted()) return;
+    dragInside_ = false;
+    auto work = [this, turn = std::move(turn)] { turn.Run([this] { window_.Event_DropObject(item_); }); };
+    QMetaObject::invokeMethod(this, std::move(work), Qt::QueuedConnection);
+}
+
+void Window::Impl::closeEvent(QCloseEvent* event)
+{
+    event->setAccepted(static_cast<bool>(gate.TakeTurn()));
+}
+
+void Window::Impl::showEvent(QShowEvent* /*event*/)
+{
+    windowHandle()->installEventFilter(this);
+}
+
+// No pointer event comes while a drag is under way. If the program that the file comes from has died, nobody says that
+// the drag is over, but the pointer is back.
+bool Window::Impl::eventFilter(QObject* /*object*/, QEvent* event)
+{
+    if (event->type() == QEvent::MouseMove || event->type() == QEvent::Enter || event->type() == QEvent::Leave)
+        EndDrag();
+    return false;
+}
+
+/// `takes` runs in a turn of its own and says whether the drag is wanted.
+void Window::Impl::Answer(QDropEvent& event, const std::function<bool()>& takes)
+{
+    const auto action = ActionFor(event.possibleActions());
+    bool taken = false;
+    if (action != Qt::IgnoreAction) gate.Run([&] { taken = takes(); });
+    event.setDropAction(action);
+    event.setAccepted(taken);
+}
+
+void Window::Impl::EndDrag()
+{
+    if (!dragInside_) return;
+    gate.Run([this] {
+        dragInside_ = false;
+        window_.Event_DragExit();
+    });
+}
+
+Window::Window(EventGate& gate, MenuBar& menuBar, const WindowRow& row) : impl_(std::make_unique<Impl>(*this, gate))
+{
     // The area below the menu bar has the fixed size; the window's own would count the menu bar in.
     auto* const client = new QWidget;
     client->setFixedSize(row.width, row.height);
-    widget->setCentralWidget(client);
-    widget->setMenuBar(menuBar.impl_->widget);
-    widget->layout()->setSizeConstraint(QLayout::SetFixedSize);
-    impl_ = std::make_unique<Impl>(Impl{.gate = gate, .widget = std::move(widget)});
+    impl_->setCentralWidget(client);
+    impl_->setMenuBar(menuBar.impl_->widget);
+    impl_->layout()->setSizeConstraint(QLayout::SetFixedSize);
+    menuBar.impl_->pasteFile = [this](const DragItem& item) {
+        Event_DragEnter();
+        Event_DragOver();
+        Event_DropObject(item);
+    };
     SetTitle(row.title);
 }
 
@@ -115,43 +121,46 @@ EventGate& Window::Gate() const
     return impl_->gate;
 }
 
-std::string Window::Title() const
+const std::string& Window::Title() const
 {
-    return impl_->widget->windowTitle().replace("[*][*]", "[*]").toStdString();
+    return impl_->title;
 }
 
 void Window::SetTitle(std::string_view utf8)
 {
-    impl_->widget->setWindowTitle(FromUtf8(utf8).replace("[*]", "[*][*]")); // alone it is the toolkit's own mark
+    impl_->title = utf8;
+    const QString blank(" "); // for an empty title the toolkit would show the program's name
+    const auto shown = FromUtf8(utf8).replace("[*]", "[*][*]"); // alone it is the toolkit's own mark
+    impl_->setWindowTitle(shown.isEmpty() ? blank : shown);
 }
 
 void Window::SetLeft(int left)
 {
-    auto place = impl_->widget->geometry();
+    auto place = impl_->geometry();
     place.moveLeft(left);
-    impl_->widget->setGeometry(place);
+    impl_->setGeometry(place);
 }
 
 void Window::SetTop(int top)
 {
-    auto place = impl_->widget->geometry();
+    auto place = impl_->geometry();
     place.moveTop(top);
-    impl_->widget->setGeometry(place);
+    impl_->setGeometry(place);
 }
 
 void Window::AcceptFileDrop()
 {
-    impl_->widget->setAcceptDrops(true);
+    impl_->setAcceptDrops(true);
 }
 
 void Window::Invalidate()
 {
-    impl_->widget->update();
+    impl_->update();
 }
 
 void Window::Show()
 {
-    impl_->widget->show();
+    impl_->show();
 }
 
 } // namespace platform

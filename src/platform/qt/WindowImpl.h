@@ -5,11 +5,33 @@
 
 #include <QMainWindow>
 
+class QDropEvent;
+
 namespace platform {
 
-struct Window::Impl {
+/// The toolkit's window. Each of its events takes its turn at the gate and goes to the members of `Window`.
+struct Window::Impl : QMainWindow {
+    Impl(Window& window, EventGate& eventGate) : gate(eventGate), window_(window) {}
+
     EventGate& gate;
-    std::unique_ptr<QMainWindow> widget;
+    std::string title;
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    void Answer(QDropEvent& event, const std::function<bool()>& takes);
+    void EndDrag();
+
+    Window& window_;
+    bool dragInside_ = false;
+    DragItem item_; // as it was when the drag came over the window
 };
 
 } // namespace platform

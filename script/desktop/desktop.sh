@@ -6,7 +6,18 @@ desktop_scratch=$(mktemp -d)
 export HOME=$desktop_scratch/home XDG_RUNTIME_DIR=$desktop_scratch/run LC_ALL=C.UTF-8
 unset WAYLAND_DISPLAY XDG_CONFIG_HOME XDG_DOCUMENTS_DIR QT_QPA_PLATFORM
 mkdir -m 700 "$HOME" "$XDG_RUNTIME_DIR"
-trap 'kill $(jobs -p) 2>/dev/null; wait 2>/dev/null; rm -rf "$desktop_scratch"' EXIT
+trap desktop_end EXIT
+
+desktop_end() {
+    local status=$? started
+    set +e
+    started=$(jobs -p)
+    # shellcheck disable=SC2086
+    [ -z "$started" ] || kill $started 2>/dev/null
+    wait
+    rm -rf "$desktop_scratch"
+    exit "$status"
+}
 
 fail() {
     echo "$(basename "$0"): $*" >&2
@@ -96,7 +107,7 @@ drop_at=(300 200)
 drag_over() {
     local build=$1
     shift
-    "$build/tests/drag_source" "$@" >"$desktop_scratch/answer" 2>/dev/null &
+    "$build/script/desktop/drag_source" "$@" >"$desktop_scratch/answer" 2>/dev/null &
     drag_source=$!
     wait_for "the drag source" window_of "Drag source"
     xdotool mousemove --window "$(window_of "Drag source")" 60 30

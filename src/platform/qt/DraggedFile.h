@@ -1,0 +1,21 @@
+// DraggedFile.h: the file that a drag or the clipboard holds.
+#pragma once
+
+#include "Files.h"
+#include "System.h"
+
+#include <QMimeData>
+
+namespace platform {
+
+/// The first of the addresses, as the file is now. An empty clipboard may have no data at all.
+[[nodiscard]] inline DragItem DraggedFile(const QMimeData* data)
+{
+    DragItem item;
+    if (data == nullptr || !data->hasUrls()) return item;
+    const auto urls = data->urls();
+    if (const auto path = LocalPath(urls.constFirst())) item.FolderItem = FolderItemAt(*path);
+    return item;
+}
+
+} // namespace platform

@@ -1,0 +1,164 @@
+#include "System.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSysInfo>
+
+#include <cerrno>
+
+#include <fcntl.h>
+
+#ifdef Q_OS_WIN
+#include <io.h>
+#include <sys/stat.h>
+#else
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace platform {
+
+namespace fs = std::filesystem;
+
+#ifdef Q_OS_WIN
+
+fs::path ToPath(const QString& text)
+{
+    return QDir::toNativeSeparators(text).toStdWString();
+}
+
+QString FromPath(const fs::path& path)
+{
+    return QString::fromStdWString(path.wstring());
+}
+
+std::optional<fs::path> LocalPath(const QUrl& url)
+{
+    const auto file = url.toLocalFile(); // of a server too: "//server/share/name"
+    if (file.isEmpty() || file.contains(QChar::Null)) return std::nullopt;
+    return ToPath(file);
+}
+
+QString ErrorText(const std::error_code& error)
+{
+    if (error.category() == std::system_category()) return qt_error_string(error.value());
+    return QString::fromLocal8Bit(error.message().c_str());
+}
+
+bool IsWritable(const fs::path& path)
+{
+    constexpr int kWrite = 2;
+    return _waccess(path.c_str(), kWrite) == 0;
+}
+
+int OpenToRead(const fs::path& path)
+{
+    return _wopen(path.c_str(), _O_RDONLY | _O_BINARY | _O_NOINHERIT);
+}
+
+// An open file is locked against removal by the system itself.
+int CreateLocked(const fs::path& path)
+{
+    return _wopen(path.c_str(), _O_RDWR | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT, _S_IREAD | _S_IWRITE);
+}
+
+void RemoveLeftover(const fs::path& path)
+{
+    std::error_code inUse;
+    fs::remove(path, inUse);
+}
+
+bool Sync(int file)
+{
+    return _commit(file) == 0;
+}
+
+bool CloseForRename(int& file)
+{
+    return _close(std::exchange(file, -1)) == 0;
+}
+
+void SyncFolder(const fs::path& /*folder*/)
+{} // the file system's journal does it
+
+#else
+
+fs::path ToPath(const QString& text)
+{
+    return QFile::encodeName(text).toStdString();
+}
+
+QString FromPath(const fs::path& path)
+{
+    return QFile::decodeName(path.c_str());
+}
+
+std::optional<fs::path> LocalPath(const QUrl& url)
+{
+    const auto host = url.host();
+    const bool thisMachine = host.isEmpty() || host == "localhost" || host == QSysInfo::machineHostName().toLower();
+    if (!url.isLocalFile() || !thisMachine) return std::nullopt;
+    const auto encoded = url.adjusted(QUrl::StripTrailingSlash).path(QUrl::FullyEncoded);
+    auto bytes = QByteArray::fromPercentEncoding(encoded.toLatin1());
+    if (bytes.contains('\0')) return std::nullopt;
+    return bytes.toStdString();
+}
+
+QString ErrorText(const std::error_code& error)
+{
+    return qt_error_string(error.value());
+}
+
+bool IsWritable(const fs::path& path)
+{
+    return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+int OpenToRead(const fs::path& path)
+{
+    return open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+}
+
+int CreateLocked(const fs::path& path)
+{
+    const int file = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    struct stat status = {};
+    if (file < 0) return file;
+    flock(file, LOCK_EX | LOCK_NB);
+    if (fstat(file, &status) == 0 && status.st_nlink > 0) return file;
+    close(file); // another program took it for a leftover before it was locked
+    errno = EEXIST;
+    return -1;
+}
+
+void RemoveLeftover(const fs::path& path)
+{
+    const int file = open(path.c_str(), O_RDWR | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
+    if (file < 0) return;
+    if (flock(file, LOCK_EX | LOCK_NB) == 0) unlink(path.c_str());
+    close(file);
+}
+
+bool Sync(int file)
+{
+    return fsync(file) == 0;
+}
+
+bool CloseForRename(int& file)
+{
+    const int duplicate = dup(file);
+    return duplicate >= 0 && close(duplicate) == 0;
+}
+
+void SyncFolder(const fs::path& folder)
+{
+    const int file = open(folder.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0) return;
+    fsync(file);
+    close(file);
+}
+
+#endif
+
+} // namespace platform

@@ -1,0 +1,131 @@
+// The real boxes and the real save dialog, answered by a timer that looks at them.
+#include "WindowTest.h"
+
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+
+namespace {
+
+class RealDialogs : public WindowTest {
+protected:
+    /// Does `look` with each modal dialog that comes up, until `work` is over. `look` closes it.
+    static void While(const std::function<void()>& work, const std::function<void(QDialog&)>& look)
+    {
+        QObject until;
+        int looks = 0;
+        const std::function<void()> lookAgain = [&] {
+            QTimer::singleShot(10, &until, lookAgain); // at first, since a look may open a dialog and stay in it
+            auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            if (dialog != nullptr) ++looks < 50 ? look(*dialog) : dialog->reject(); // it takes no answer
+        };
+        lookAgain();
+        work();
+    }
+
+    /// Types a name, presses Return, and answers the question whether to replace it with yes.
+    std::optional<path> SaveAs(const std::string& typed)
+    {
+        std::optional<path> chosen;
+        While([&] { chosen = real->ShowModal(asked); },
+              [&](QDialog& dialog) {
+                  if (auto* const question = qobject_cast<QMessageBox*>(&dialog)) {
+                      replaced = question->text().toStdString();
+                      question->button(QMessageBox::Yes)->click();
+                  } else {
+                      auto& name = *dialog.findChild<QLineEdit*>("fileNameEdit");
+                      name.setText(QString::fromStdString(typed));
+                      QTest::keyClick(&name, Qt::Key_Return);
+                  }
+              });
+        return chosen;
+    }
+
+    const std::unique_ptr<platform::Dialogs> real = platform::MakeDialogs();
+    platform::SaveAsDialog asked{.InitialDirectory = folder,
+                                 .PromptText = "Save <b> Sound File",
+                                 .SuggestedFileName = "SOUND",
+                                 .Title = "Title Property",
+                                 .Filter = "Untitled (*.bin)"};
+    std::string replaced;
+};
+
+TEST_F(RealDialogs, SaveDialogShowsWhatItIsAskedFor)
+{
+    std::string seen;
+    const auto look = [&](QDialog& dialog) {
+        auto& files = dynamic_cast<QFileDialog&>(dialog);
+        seen = (files.windowTitle() + "|" + files.directory().path() + "|" + files.nameFilters().join(",") + "|" +
+                dialog.findChild<QLineEdit*>("fileNameEdit")->text() + "|")
+                   .toStdString();
+        for (const auto* const each : dialog.findChildren<QLabel*>())
+            if (each->text() == "Save <b> Sound File" && each->textFormat() == Qt::PlainText && each->isVisible() &&
+                each->mapTo(&dialog, QPoint()).y() < 20)
+                seen += "prompt above";
+        files.reject();
+    };
+    While([&] { EXPECT_EQ(real->ShowModal(asked), std::nullopt); }, look);
+    EXPECT_EQ(seen, "Title Property|" + folder.string() + "|Untitled (*.bin)|SOUND|prompt above");
+}
+
+TEST_F(RealDialogs, WhatIsTypedIsWhatIsWritten)
+{
+    std::filesystem::create_directory(folder / "other");
+    const auto other = (folder / "other").string();
+    for (const auto& [typed, chosen] : std::initializer_list<std::pair<std::string, path>>{
+             {"SOUND", folder / "SOUND"},
+             {" a b.bin ", folder / " a b.bin "},
+             {"\xC3\xBC<b>&.bin", folder / "\xC3\xBC<b>&.bin"},
+             {other + "/x", folder / "other" / "x"},
+             {"12\" mix.bin", folder / "12\" mix.bin"}, // the toolkit reads a list of names there
+             {"\"a\" \"b\"", folder / "\"a\" \"b\""},
+             {other + "/12\".bin", folder / "other" / "12\".bin"},
+         })
+        EXPECT_EQ(SaveAs(typed), chosen);
+    EXPECT_EQ(replaced, "");
+    for (const auto* const name : {"old.bin", "12\".bin"}) { // both ways ask before a file is replaced
+        Write(name, "old");
+        replaced.clear();
+        EXPECT_EQ(SaveAs(name), folder / name);
+        EXPECT_EQ(replaced, std::string(name) + " already exists.\nDo you want to replace it?");
+    }
+}
+
+TEST_F(RealDialogs, BoxShowsItsTextLetterForLetterAndUnwrapped)
+{
+    const std::string longest(60, 'm');
+    std::string seen;
+    While([&] { real->MsgBox("<b>&x\n\n" + longest); },
+          [&](QDialog& dialog) {
+              const auto& box = dynamic_cast<QMessageBox&>(dialog);
+              const auto& label = *box.findChild<QLabel*>("qt_msgbox_label");
+              EXPECT_GE(label.width(), label.fontMetrics().horizontalAdvance(QString::fromStdString(longest)));
+              EXPECT_EQ(box.textFormat(), Qt::PlainText);
+              seen = (box.windowTitle() + "|" + box.text()).toStdString();
+              EXPECT_EQ(dialog.parentWidget(), main);
+              dialog.accept();
+          });
+    EXPECT_EQ(seen, "Tonfloss|<b>&x\n\n" + longest);
+}
+
+TEST_F(RealDialogs, ReturnThatIsHeldDownAnswersNothing)
+{
+    ShowPrompts();
+    QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
+    QApplication::sendEvent(&Find<QLineEdit>("TextFieldAudioAdresse"), &repeated);
+    EXPECT_TRUE(dialogs.shown.empty());
+    int looks = 0;
+    const auto hold = [&](QDialog& dialog) {
+        if (++looks > 3) return dialog.reject();
+        QApplication::sendEvent(dialog.focusWidget(), &repeated);
+    };
+    While([&] { real->MsgBox("stands"); }, hold);
+    EXPECT_EQ(std::exchange(looks, 0), 4);
+    While([&] { EXPECT_EQ(real->ShowModal(asked), std::nullopt); }, hold);
+    EXPECT_EQ(looks, 4);
+}
+
+} // namespace
