@@ -15,7 +15,7 @@ Refusal RefusalByErrno()
     return {std::generic_category().message(errno)};
 }
 
-const Refusal kNoOrdinaryFile{"This is no ordinary file."};
+constexpr const char* kNoOrdinaryFile = "This is no ordinary file.";
 
 bool IsSameFile(const fs::path& one, const fs::path& other)
 {
@@ -29,7 +29,7 @@ std::optional<Refusal> RefusalOfTarget(const fs::path& path, const fs::path& par
     if (IsSameFile(path, input) || IsSameFile(part, input)) return Refusal{"This is the sound file itself."};
     std::error_code error;
     if (!fs::exists(fs::symlink_status(path, error))) return std::nullopt;
-    if (!fs::is_regular_file(path, error)) return kNoOrdinaryFile;
+    if (!fs::is_regular_file(path, error)) return Refusal{kNoOrdinaryFile};
     if (!force) return Refusal{"This file exists. --force replaces it."};
     return std::nullopt;
 }
@@ -61,7 +61,7 @@ std::variant<SoundFile, Refusal> ReadSoundFile(const fs::path& path)
     std::error_code error;
     const auto status = fs::status(path, error);
     if (!fs::exists(status)) return Refusal{error.message()};
-    if (!fs::is_regular_file(status)) return kNoOrdinaryFile;
+    if (!fs::is_regular_file(status)) return Refusal{kNoOrdinaryFile};
     const auto length = fs::file_size(path, error);
     if (error) return Refusal{error.message()};
     if (length > kLargestFile) return Refusal{"no sound file: more than " + std::to_string(kLargestFile) + " bytes"};

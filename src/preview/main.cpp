@@ -127,7 +127,7 @@ bool Preview(const Options& options)
 int main(int argc, char* argv[])
 {
     try {
-        std::signal(SIGPIPE, SIG_IGN); // a reader that goes away is a failed write
+        static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); // a reader that goes away is a failed write
         Options options;
         if (!TakeOptions(argc, argv, options)) {
             std::cerr << "Try 'tonfloss-preview --help'.\n";
