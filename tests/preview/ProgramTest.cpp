@@ -31,7 +31,8 @@ protected:
         std::ofstream(folder / "SOUND.bin", std::ios::binary) << kFileHeader + kPlayer + kRunBytes;
         std::ofstream(folder / "long.bin", std::ios::binary) << PokEmulFile(6, std::string(200, '\xFE'));
         std::ofstream(folder / "old.wav") << "old";
-        Shell("ln SOUND.bin hard.bin; ln -s SOUND.bin soft.bin; ln -s old.wav link.wav; ln -s gone.wav dangling.wav; "
+        Shell("ln SOUND.bin hard.bin; ln SOUND.bin .x.wav.tonfloss-part; ln -s SOUND.bin soft.bin; ln -s old.wav "
+              "link.wav; ln -s gone.wav dangling.wav; "
               "mkfifo pipe; truncate -s 5G giant; mkdir dir");
     }
     ~Program() override { fs::remove_all(folder.parent_path()); }
@@ -88,6 +89,7 @@ TEST_F(Program, RefusesWithAMessageAndLeavesAllAsItWas)
              {1, "P SOUND.bin -o hard.bin --force", "hard.bin: This is the sound file itself."},
              {1, "P soft.bin -o ./dir/../SOUND.bin --force", "SOUND.bin: This is the sound file itself."},
              {1, "P SOUND.bin -o soft.bin --force", "soft.bin: This is the sound file itself."},
+             {1, "P .x.wav.tonfloss-part -o x.wav", "x.wav: This is the sound file itself."}, // would be in the way
              {1, "P SOUND.bin -o dir --force", "dir: This is no ordinary file."},
              {1, "P SOUND.bin -o /dev/full --force", "/dev/full: This is no ordinary file."},
              {1, "P SOUND.bin -o none/new.wav", "none/new.wav: No such file or directory"},
@@ -131,9 +133,11 @@ TEST_F(Program, WritesTheWaveFileAndTheReport)
     EXPECT_EQ(out, Read(folder / "new.wav"));
     EXPECT_EQ(err.substr(0, 16), "target: PC-1600\n");
 
-    EXPECT_EQ(Shell("echo old >.old.wav.tonfloss-part; P SOUND.bin -o link.wav --force --rate 8000"), 0);
+    EXPECT_EQ(Shell("chmod 600 old.wav; echo x >.old.wav.tonfloss-part; P SOUND.bin -o link.wav --force --rate 8000"),
+              0);
     EXPECT_EQ(fs::file_size(folder / "old.wav"), 44U + 127 * 2);
     EXPECT_TRUE(fs::is_symlink(folder / "link.wav"));
+    EXPECT_EQ(fs::status(folder / "old.wav").permissions(), fs::perms{0600});
     EXPECT_FALSE(fs::exists(folder / ".old.wav.tonfloss-part")); // what a killed preview left behind
 
     // Both change the pitch: 8 samples last 2882 cycles with waits and 2596 without.
