@@ -19,8 +19,8 @@ namespace preview {
 /// Gives the bytes of a file to the sink that it gets; false where that gave up.
 using Producer = std::function<bool(const ByteSink& sink)>;
 
-/// Writes a file at `path`, first under the name ".NAME.tonfloss-part" beside it. A regular file that is there already is
-/// replaced if `force` says so, but never `input`. After a refusal all is as before.
+/// Writes a file at `path`, first under the name ".NAME.tonfloss-part" beside it. A regular file that is there already
+/// is replaced if `force` says so, but never `input`. After a refusal all is as before.
 [[nodiscard]] std::optional<Refusal> WriteFile(const std::filesystem::path& path, const std::filesystem::path& input,
                                                bool force, const Producer& produce);
 

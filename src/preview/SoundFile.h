@@ -1,6 +1,6 @@
 // SoundFile.h: a finished sound file taken apart again. T counts the run bytes, the end mark included.
 //     PC-1600   PokEmul    bytes   content
-//        0                   16    file header: constants; program length T + 115; load address; start address, the same
+//        0                   16    file header: constants, program length T + 115, load address, the same as start
 //       16         0        115    player: the template's bytes but for the rate byte and the title
 //      131       115          T    run bytes; the first FF is the last of them, the end mark
 //      131 + T   115 + T      2    00 00, and nothing behind them

@@ -10,9 +10,9 @@
 // The second half of a 254 takes as long as a low one. Behind the last byte nothing is written any more: the sound ends
 // where the next write would have been.
 //
-// A period begins where the port rises and takes in all 254s up to and with the next other byte, or the end of the sound.
-// In the recording it lasted as many samples as its bytes add up to; a 0 that doesn't follow a 254 counts 256. So
-// 254, 0 stands for 254 samples, though it plays as long as 510.
+// A period begins where the port rises and takes in all 254s up to and with the next other byte, or the end of the
+// sound. In the recording it lasted as many samples as its bytes add up to; a 0 that doesn't follow a 254 counts 256.
+// So 254, 0 stands for 254 samples, though it plays as long as 510.
 #pragma once
 
 #include "SoundFile.h"
