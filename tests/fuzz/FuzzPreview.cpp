@@ -5,18 +5,6 @@
 #include "SquareWave.h"
 
 #include <cstdlib>
-#include <iostream>
-
-namespace {
-
-void Require(bool holds, const char* rule)
-{
-    if (holds) return;
-    std::cerr << "Broken: " << rule << '\n';
-    std::abort();
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
@@ -25,17 +13,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const preview::Machine machine{.clock = (data[0] & 2) != 0 ? 20'000'000 : 1'000'000, .waits = (data[0] & 4) / 4};
     const auto file = (whole ? "" : kPlayer) + std::string(data + 1, data + size);
     const auto parsed = preview::ParseSoundFile(file);
-    if (const auto* const refusal = std::get_if<preview::Refusal>(&parsed)) {
-        Require(refusal->reason.size() > 20, "a reason");
-        return 0;
-    }
-    const auto& sound = std::get<preview::SoundFile>(parsed);
-    Require(file.find(sound.runBytes + Bytes("ff 00 00")) != std::string::npos, "the run bytes are those of the file");
-    Require(preview::ReportOn(sound, machine).find("\nlongest period: ") != std::string::npos, "a report");
-    const auto performance = preview::PerformanceOf(sound, machine.waits);
+    const auto* const sound = std::get_if<preview::SoundFile>(&parsed);
+    if (sound == nullptr) return std::get<preview::Refusal>(parsed).reason.size() > 20 ? 0 : (std::abort(), 1);
+
+    const auto performance = preview::PerformanceOf(*sound, machine.waits);
     std::size_t bytes = 0;
-    preview::WriteWave(performance, machine.clock, 8000, [&](std::string_view piece) { return bytes += piece.size(); });
+    preview::WriteWave(performance, machine.clock, 8000, [&](auto piece) { return bytes += piece.size(); });
     const auto samples = static_cast<double>(performance.end) * 8000 / static_cast<double>(machine.clock);
-    Require(bytes % 2 == 0 && std::abs(static_cast<double>(bytes - 44) / 2 - samples) <= 1, "as long as the sound");
+    const auto missing = static_cast<double>(bytes) - 44 - 2 * samples;
+    if (file.find(sound->runBytes + Bytes("ff 00 00")) == std::string::npos || missing < -2 || missing > 2 ||
+        preview::ReportOn(*sound, machine).find("\nlongest period: ") == std::string::npos)
+        std::abort();
     return 0;
 }
