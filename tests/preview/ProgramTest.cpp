@@ -63,7 +63,7 @@ TEST_F(Program, RefusesWithAMessageAndLeavesAllAsItWas)
              {1, "P SOUND.bin -o dangling.wav", "dangling.wav: This is no ordinary file."},
              {1, "P soft.bin -o hard.bin --force", "hard.bin: This is the sound file itself."},
              {1, "P .x.wav.tonfloss-part -o x.wav", "x.wav: This is the sound file itself."}, // would be in the way
-             {1, "P SOUND.bin -o /dev/full --force", "/dev/full: This is no ordinary file."},
+             {1, "P SOUND.bin -o pipe --force", "pipe: This is no ordinary file."},
              {1, "P SOUND.bin -o none/new.wav", "none/new.wav: No such file or directory"},
              // What breaks off: a full disk, a reader that goes away.
              {1, "trap '' XFSZ; ulimit -f 8; P long.bin -o new.wav", "new.wav: File too large"},

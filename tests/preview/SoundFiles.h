@@ -1,4 +1,4 @@
-// SoundFiles.h: sound files for the tests of the preview. With 20 run bytes and kFileHeader in front, it is a PC-1600 file.
+// SoundFiles.h: sound files for tests of the preview. With 20 run bytes, and kFileHeader in front, one for the PC-1600.
 #pragma once
 
 #include "KnownFile.h"
