@@ -21,8 +21,9 @@ struct Performance {
     bool interruptsAfterwards = false;
 };
 
-/// Runs `image` from its first byte, at 80C5, until it returns. The system routines return at once.
-inline Performance Play(std::string_view image)
+/// Runs `image` from its first byte, at 80C5, until it returns, on a machine that waits `waits` T-states at each opcode
+/// fetch. The system routines return at once.
+inline Performance Play(std::string_view image, long waits = 0)
 {
     constexpr Z80EX_WORD kLoadAddress = 0x80C5;
     constexpr Z80EX_WORD kCaller = 0xFFF0; // where the image returns to
@@ -31,6 +32,7 @@ inline Performance Play(std::string_view image)
         std::vector<std::uint8_t> memory = std::vector<std::uint8_t>(0x10000);
         int written = -1; // to port 18, by the instruction that is running
         bool otherPort = false;
+        long fetches = 0; // of opcodes, by the instruction that is running
     } machine;
     for (const auto routine : {0x0112, 0x0109, 0x00EB})
         machine.memory.at(static_cast<std::size_t>(routine)) = kRet;
@@ -40,7 +42,11 @@ inline Performance Play(std::string_view image)
     machine.memory[0xFFEF] = kCaller >> 8;
 
     auto* const cpu = z80ex_create(
-        [](auto*, Z80EX_WORD address, int, void* data) { return static_cast<Machine*>(data)->memory[address]; },
+        [](auto*, Z80EX_WORD address, int isOpcodeFetch, void* data) {
+            auto& m = *static_cast<Machine*>(data);
+            m.fetches += isOpcodeFetch;
+            return m.memory[address];
+        },
         &machine,
         [](auto*, Z80EX_WORD address, Z80EX_BYTE value, void* data) {
             static_cast<Machine*>(data)->memory[address] = value;
@@ -69,7 +75,9 @@ inline Performance Play(std::string_view image)
                                   std::string(title, title + 26));
         }
         machine.written = -1;
+        machine.fetches = 0;
         time += z80ex_step(cpu);
+        time += waits * machine.fetches;
         if (machine.written >= 0) heard.levels.push_back({machine.written, time, z80ex_get_reg(cpu, regIFF1) != 0});
     }
     heard.otherPorts = machine.otherPort;

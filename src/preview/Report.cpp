@@ -1,0 +1,62 @@
+#include "Report.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iomanip>
+#include <numeric>
+#include <sstream>
+
+namespace preview {
+namespace {
+
+std::string ReadableTitle(std::string_view latin1)
+{
+    std::string utf8;
+    for (const char character : latin1) {
+        const auto code = static_cast<std::uint8_t>(character);
+        const bool isControl = code < 0x20 || (code >= 0x7F && code < 0xA0);
+        if (code < 0x80 || isControl)
+            utf8 += isControl ? '?' : character;
+        else
+            utf8.append({static_cast<char>(0xC0 | code >> 6), static_cast<char>(0x80 | (code & 0x3F))});
+    }
+    return utf8;
+}
+
+std::string PitchText(double pitch)
+{
+    std::ostringstream text;
+    text << std::fixed << std::showpos << std::setprecision(2) << (pitch - 1) * 100 << " %, " << std::setprecision(0)
+         << 1200 * std::log2(pitch) << " cents";
+    return text.str();
+}
+
+} // namespace
+
+std::string ReportOn(const SoundFile& sound, const Machine& machine)
+{
+    const auto periods = PeriodsOf(sound, machine.waits);
+    const auto pitchOf = [&](const Period& period) { return PitchOf(period, sound.sampleRate, machine.clock); };
+    const auto seconds =
+        static_cast<double>(PerformanceOf(sound, machine.waits).end) / static_cast<double>(machine.clock);
+
+    std::ostringstream text;
+    text << "target: " << (sound.loadAddress ? "PC-1600" : "PokEmul") << "\ntitle: " << ReadableTitle(sound.title);
+    if (sound.loadAddress) text << "\nload address: " << std::hex << std::uppercase << *sound.loadAddress << std::dec;
+    text << "\nsample rate: " << sound.sampleRate << " Hz\nperiods: " << periods.size() << "\nseconds: " << std::fixed
+         << std::setprecision(3) << seconds;
+    if (periods.empty()) {
+        text << "\npitch: none\nshortest period: none\nlongest period: none\n";
+        return text.str();
+    }
+    const auto sum = std::accumulate(periods.begin(), periods.end(), 0.0,
+                                     [&](double all, const Period& period) { return all + pitchOf(period); });
+    const auto [shortest, longest] = std::minmax_element(
+        periods.begin(), periods.end(), [](const auto& a, const auto& b) { return a.samples < b.samples; });
+    text << "\npitch: " << PitchText(sum / static_cast<double>(periods.size()));
+    text << "\nshortest period: " << shortest->samples << " samples, " << PitchText(pitchOf(*shortest));
+    text << "\nlongest period: " << longest->samples << " samples, " << PitchText(pitchOf(*longest)) << '\n';
+    return text.str();
+}
+
+} // namespace preview

@@ -1,0 +1,22 @@
+// Report.h: what a sound file is and how it will sound, one "name: value" a line, as UTF-8.
+//     target:           PC-1600 or PokEmul
+//     title:            characters that a terminal would obey are shown as "?"
+//     load address:     PC-1600 only; four hexadecimal digits
+//     sample rate:      of the recording
+//     periods:          their number; Timing.h says what one is
+//     seconds:          from the first write to the port to the end of the last level
+//     pitch:            against the recording, in percent and in cents, the hundredth of a semitone: + is higher.
+//                       The mean of the periods' pitches, each counted once
+//     shortest period, longest period:    its samples in the recording, and its pitch
+// Without a single period the last three are "none".
+#pragma once
+
+#include "Timing.h"
+
+#include <string>
+
+namespace preview {
+
+[[nodiscard]] std::string ReportOn(const SoundFile& sound, const Machine& machine);
+
+} // namespace preview

@@ -1,0 +1,128 @@
+#include "SoundFile.h"
+
+#include "HexTokenText.h"
+#include "SoundFileHeader.h"
+
+#include <iomanip>
+#include <sstream>
+
+namespace preview {
+namespace {
+
+using namespace conversion;
+
+constexpr std::size_t kFileHeader = kFileHeaderTokens; // a token is a byte of the file
+constexpr std::size_t kPlayer = kTokensPokeMul;
+constexpr char kEndMark = '\xFF';
+constexpr std::string_view kAfterEndMark("\0\0", 2);
+constexpr std::uint32_t kLowestAddress = 0x80C5;
+constexpr std::uint32_t kHighestAddress = 0xEFFF;
+
+std::uint32_t ByteAt(std::string_view bytes, std::size_t offset)
+{
+    return static_cast<std::uint8_t>(bytes[offset]);
+}
+
+std::uint32_t WordAt(std::string_view bytes, std::size_t offset)
+{
+    return ByteAt(bytes, offset) | ByteAt(bytes, offset + 1) << 8;
+}
+
+std::string FourDigits(std::uint32_t address)
+{
+    std::ostringstream text;
+    text << std::hex << std::uppercase << std::setfill('0') << std::setw(4) << address;
+    return text.str();
+}
+
+/// Whether the program patches this token of the PC-1600 header.
+bool IsField(std::size_t token)
+{
+    for (const auto word : {kProgramLengthToken, kLoadAddressToken, kStartAddressToken})
+        if (token == word || token == word + 1) return true;
+    return token == kRateToken || (token >= kTitleToken && token < kTitleToken + kTitleTokens);
+}
+
+/// What is wrong with the constants in front of the run bytes. `absent` bytes of the PC-1600 header aren't there.
+std::optional<Refusal> RefusalOfConstants(std::string_view bytes, std::size_t absent)
+{
+    for (auto token = absent; token < kTokensPC1600; ++token) {
+        if (IsField(token) || ByteAt(bytes, token - absent) == ByteOfToken(TemplatePC1600(), token)) continue;
+        const std::string whose = token < kFileHeader ? "the file header's" : "the player's";
+        return Refusal{whose + " bytes differ at " + std::to_string(token - absent)};
+    }
+    return std::nullopt;
+}
+
+/// What is wrong with the fields of the file header, when `runBytes` with the end mark follow the player.
+std::optional<Refusal> RefusalOfFields(std::string_view bytes, std::size_t runBytes)
+{
+    const auto length = WordAt(bytes, kProgramLengthToken);
+    if (length != kPlayer + runBytes)
+        return Refusal{"the file header tells a program of " + std::to_string(length) + " bytes, but it has " +
+                       std::to_string(kPlayer + runBytes)};
+    const auto address = WordAt(bytes, kLoadAddressToken);
+    if (address < kLowestAddress || address > kHighestAddress)
+        return Refusal{"the load address " + FourDigits(address) + " isn't between 80C5 and EFFF"};
+    const auto start = WordAt(bytes, kStartAddressToken);
+    if (start != address)
+        return Refusal{"the start address " + FourDigits(start) + " isn't the load address " + FourDigits(address)};
+    return std::nullopt;
+}
+
+std::uint32_t SampleRateOf(std::uint32_t rateByte)
+{
+    switch (rateByte) {
+    case 6: return 6000;
+    case 8: return 8000;
+    case 11: return 11025;
+    default: return 0;
+    }
+}
+
+std::string WithoutFill(std::string_view title)
+{
+    return std::string(title.substr(0, title.find_last_not_of('\0') + 1));
+}
+
+std::variant<SoundFile, Refusal> Parse(std::string_view bytes)
+{
+    if (bytes.size() > kLargestFile) return Refusal{"more than " + std::to_string(kLargestFile) + " bytes"};
+    if (bytes.empty()) return Refusal{"it is empty"};
+    const bool hasHeader = ByteAt(bytes, 0) == ByteOfToken(TemplatePC1600(), 0);
+    if (!hasHeader && ByteAt(bytes, 0) != ByteOfToken(TemplatePokeMul(), 0))
+        return Refusal{"it begins neither with a file header nor with the player"};
+    const std::size_t absent = hasHeader ? 0 : kFileHeader;
+    const auto front = kTokensPC1600 - absent; // bytes before the run bytes
+    if (bytes.size() < front + 1 + kAfterEndMark.size())
+        return Refusal{"only " + std::to_string(bytes.size()) + " bytes, less than a player and an end mark"};
+    if (const auto refusal = RefusalOfConstants(bytes, absent)) return *refusal;
+
+    const auto rateByte = ByteAt(bytes, kRateToken - absent);
+    const auto sampleRate = SampleRateOf(rateByte);
+    if (sampleRate == 0) return Refusal{"the rate byte is " + std::to_string(rateByte) + ", none of 6, 8 and 11"};
+    const auto endMark = bytes.find(kEndMark, front);
+    if (endMark == std::string_view::npos) return Refusal{"the end mark is missing"};
+    if (bytes.substr(endMark + 1) != kAfterEndMark)
+        return Refusal{"the end mark at " + std::to_string(endMark) + " isn't followed by two zeros and the end"};
+    if (hasHeader)
+        if (const auto refusal = RefusalOfFields(bytes, endMark + 1 - front)) return *refusal;
+
+    SoundFile sound{.loadAddress = std::nullopt,
+                    .sampleRate = sampleRate,
+                    .title = WithoutFill(bytes.substr(kTitleToken - absent, kTitleTokens)),
+                    .runBytes = std::string(bytes.substr(front, endMark - front))};
+    if (hasHeader) sound.loadAddress = WordAt(bytes, kLoadAddressToken);
+    return sound;
+}
+
+} // namespace
+
+std::variant<SoundFile, Refusal> ParseSoundFile(std::string_view bytes)
+{
+    auto parsed = Parse(bytes);
+    if (auto* const refusal = std::get_if<Refusal>(&parsed)) refusal->reason.insert(0, "no sound file: ");
+    return parsed;
+}
+
+} // namespace preview

@@ -1,0 +1,37 @@
+// SoundFile.h: a finished sound file taken apart again. T counts the run bytes, the end mark included.
+//     PC-1600   PokEmul    bytes   content
+//        0                   16    file header: constants, program length T + 115, load address, the same as start
+//       16         0        115    player: the template's bytes but for the rate byte and the title
+//      131       115          T    run bytes; the first FF is the last of them, the end mark
+//      131 + T   115 + T      2    00 00, and nothing behind them
+// The first byte tells the layouts apart: FF or CD. All offsets in a reason count from the first byte of the file.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace preview {
+
+inline constexpr std::size_t kLargestFile = 65536; // bytes; what the Z80 can address
+
+struct SoundFile {
+    std::optional<std::uint32_t> loadAddress; // none: a file for PokEmul
+    std::uint32_t sampleRate = 0;             // of the recording: 6000, 8000 or 11025 Hz
+    std::string title;                        // Latin-1, without the zeros that fill its field
+    std::string runBytes;                     // without the end mark
+};
+
+/// Why something can't be done: English, for the user, to be shown behind the file's name.
+struct Refusal {
+    std::string reason;
+};
+
+/// The sound file that `bytes` are, or what is wrong with them. Refuses all that the window can't have saved, but for
+/// run bytes that no recording leads to.
+[[nodiscard]] std::variant<SoundFile, Refusal> ParseSoundFile(std::string_view bytes);
+
+} // namespace preview

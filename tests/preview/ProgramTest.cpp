@@ -1,0 +1,109 @@
+// The program as a shell starts it: what it says, with which status, and what it leaves in the folder.
+#include "SoundFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <tuple>
+#include <vector>
+
+namespace {
+
+std::string Read(const std::string& file)
+{
+    return (std::ostringstream() << std::ifstream(file, std::ios::binary).rdbuf()).str();
+}
+
+class Program : public testing::Test {
+protected:
+    Program()
+    {
+        std::filesystem::create_directories(folder + "/files");
+        std::ofstream(folder + "/files/SOUND.bin", std::ios::binary) << kFileHeader + kPlayer + kRunBytes;
+        std::ofstream(folder + "/files/long.bin", std::ios::binary) << PokEmulFile(6, std::string(200, '\xFE'));
+        Shell("echo old >old.wav; ln SOUND.bin hard.bin; ln SOUND.bin .x.wav.tonfloss-part; ln -s SOUND.bin soft.bin; "
+              "ln -s old.wav link.wav; ln -s gone.wav dangling.wav; mkfifo pipe; truncate -s 5G giant");
+    }
+    ~Program() override { std::filesystem::remove_all(folder); }
+
+    /// The status of a command in which P is the program. `out` and `err` then hold what it said.
+    int Shell(const std::string& command)
+    {
+        const auto preview = "P() { timeout 20 '" PREVIEW_PROGRAM "' \"$@\"; }; run() { " + command + "; }; run";
+        const int status = std::system(("cd " + folder + "/files && (" + preview + ") >../out 2>../err").c_str());
+        out = Read(folder + "/out");
+        err = Read(folder + "/err");
+        return WEXITSTATUS(status);
+    }
+    std::string State() { return Shell("ls -A; cksum SOUND.bin old.wav"), out; }
+
+    const std::string folder = testing::TempDir() + "/tonfloss-preview-" + std::to_string(getpid());
+    std::string out;
+    std::string err;
+};
+
+TEST_F(Program, RefusesWithAMessageAndLeavesAllAsItWas)
+{
+    const auto before = State();
+    for (const auto& [status, command, message] : std::vector<std::tuple<int, std::string, std::string>>{
+             // What can't be read, or is none of ours.
+             {1, "P none.bin", "none.bin: No such file or directory"},
+             {1, "P pipe", "pipe: This is no ordinary file."},
+             {1, "P /dev/zero", "/dev/zero: This is no ordinary file."},
+             {1, "P giant", "giant: no sound file: more than 65536 bytes"},
+             {1, "P old.wav -o new.wav", "old.wav: no sound file: it begins neither with a file header nor"},
+             // What may not be written.
+             {1, "P SOUND.bin -o old.wav", "old.wav: This file exists. --force replaces it."},
+             {1, "P SOUND.bin -o dangling.wav", "dangling.wav: This is no ordinary file."},
+             {1, "P soft.bin -o hard.bin --force", "hard.bin: This is the sound file itself."},
+             {1, "P .x.wav.tonfloss-part -o x.wav", "x.wav: This is the sound file itself."}, // would be in the way
+             {1, "P SOUND.bin -o pipe --force", "pipe: This is no ordinary file."},
+             {1, "P SOUND.bin -o none/new.wav", "none/new.wav: No such file or directory"},
+             // What breaks off: a full disk, a reader that goes away.
+             {1, "trap '' XFSZ; ulimit -f 8; P long.bin -o new.wav", "new.wav: File too large"},
+             {1, "trap '' XFSZ; ulimit -f 8; P long.bin -o old.wav --force", "old.wav: File too large"},
+             {1, "P long.bin -o - >/dev/full", "standard output: No space left on device"},
+             {1, "P SOUND.bin >/dev/full", "standard output: No space left on device"},
+             {1, "{ P long.bin -o -; echo $? >../status; } | :; return $(cat ../status)", "output: Broken pipe"},
+             // Wrong usage.
+             {2, "P SOUND.bin soft.bin", "SOUND.bin: name one sound file"},
+             {2, "P SOUND.bin --loud", "unrecognized option '--loud'"},
+             {2, "P SOUND.bin -o ''", "--output: the name is empty"},
+             {2, "P SOUND.bin --rate 7999", "--rate: 7999 is no whole number from 8000 to 192000"},
+             {2, "P SOUND.bin --rate 44.1k", "--rate: 44.1k is no whole number"},
+             {2, "P SOUND.bin --clock 20000001", "--clock: 20000001 is no whole number from 1000000 to 20000000"},
+             {2, "P SOUND.bin --waits 2", "--waits: 2 is no whole number from 0 to 1"},
+         }) {
+        EXPECT_EQ(Shell(command), status) << command;
+        EXPECT_NE(err.find(message), std::string::npos) << command << " says " << err;
+        EXPECT_EQ(out, "") << command;
+        EXPECT_EQ(State(), before) << command;
+    }
+}
+
+TEST_F(Program, WritesTheWaveFileAndTheReport)
+{
+    // 56602 cycles: 697.2 samples at 44100 Hz and 126.5 at 8000 Hz, two bytes each, behind 44.
+    EXPECT_EQ(Shell("P SOUND.bin -o new.wav && wc -c <new.wav"), 0);
+    EXPECT_EQ(out.substr(0, 16) + out.substr(out.size() - 6), "target: PC-1600\n\n1440\n");
+    EXPECT_EQ(Shell("env -i '" PREVIEW_PROGRAM "' --output - SOUND.bin | cmp - new.wav"), 0); // no display, nothing
+    EXPECT_EQ(err.substr(0, 16), "target: PC-1600\n");
+
+    // Over a link and what a killed preview left behind: the file keeps its place and its permissions.
+    Shell("chmod 600 old.wav; echo x >.old.wav.tonfloss-part; P SOUND.bin -o link.wav --force --rate 8000 >report; "
+          "stat -c '%F %s %a' link.wav old.wav .old.wav.tonfloss-part");
+    EXPECT_EQ(out, "symbolic link 7 777\nregular file 298 600\n");
+
+    // 8 samples last 2882 cycles with waits and 2596 without.
+    EXPECT_EQ(Shell("P SOUND.bin --clock 7160000 --waits 0 | tail -n 1; P --help | head -c 24; P --version"), 0);
+    EXPECT_EQ(out,
+              "longest period: 8 samples, +100.13 %, +1201 cents\nUsage: tonfloss-preview tonfloss-preview 1.0.0\n");
+}
+
+} // namespace

@@ -1,0 +1,88 @@
+// What is taken for a sound file, and what the report tells about it.
+#include "Report.h"
+#include "SoundFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <tuple>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using namespace preview;
+
+std::string With(std::string file, std::size_t offset, const std::string& bytes)
+{
+    return file.replace(offset, bytes.size(), bytes);
+}
+
+/// Empty where `file` is taken.
+std::string RefusalOf(const std::string& file)
+{
+    const auto parsed = ParseSoundFile(file);
+    const auto* const refusal = std::get_if<Refusal>(&parsed);
+    return refusal == nullptr ? "" : refusal->reason;
+}
+
+const std::string kPC1600 = kFileHeader + kPlayer + kRunBytes; // 154 bytes, the end mark is byte 151
+const std::string kPokEmul = kPlayer + kRunBytes;
+
+TEST(SoundFile, IsRefusedForWhatIsWrong)
+{
+    for (const auto& [file, reason] : std::vector<std::pair<std::string, std::string>>{
+             {"", "it is empty"},
+             {kPC1600.substr(0, 133), "only 133 bytes, less than a player and an end mark"},
+             {kPC1600.substr(0, 134), "the end mark is missing"},
+             {With(kPC1600, 13, "\1"), "the file header's bytes differ at 13"},
+             {With(kPC1600, 30, "\1"), "the player's bytes differ at 30"},
+             {With(kPC1600, 89, "\x0C"), "the rate byte is 12, none of 6, 8 and 11"},
+             {kPC1600 + '\0', "the end mark at 151 isn't followed by two zeros and the end"},
+             {With(kPC1600, 5, "\x89"), "the file header tells a program of 137 bytes, but it has 136"},
+             {With(kPC1600, 8, "\xC4"), "the load address 80C4 isn't between 80C5 and EFFF"},
+             {With(kPC1600, 9, "\xF0"), "the load address F0C5 isn't between 80C5 and EFFF"},
+             {With(kPC1600, 12, "\xC0"), "the start address C0C5 isn't the load address 80C5"},
+             {kPlayer + std::string(65534 - 115, '\2') + kRunBytes.substr(20), "more than 65536 bytes"},
+         })
+        EXPECT_EQ(RefusalOf(file), "no sound file: " + reason);
+    EXPECT_EQ(RefusalOf(kPlayer + std::string(65533 - 115, '\2') + kRunBytes.substr(20)), "");
+}
+
+TEST(SoundFile, StaysOneOnlyWhereATitleOrARunByteChanges)
+{
+    for (const auto& [whole, title, runBytes] : {std::tuple(kPC1600, 105U, 131U), std::tuple(kPokEmul, 89U, 115U)})
+        for (std::size_t offset = 0; offset < whole.size(); ++offset) {
+            const bool inTitle = offset >= title && offset < title + 25;
+            const bool inRunBytes = offset >= runBytes && offset < runBytes + 20;
+            for (int other = 1; other < 256; ++other) {
+                const auto byte = static_cast<char>(whole[offset] ^ other);
+                const bool isRate = offset == title - 16 && (byte == 6 || byte == 8);
+                const bool isTaken = isRate || inTitle || (inRunBytes && byte != '\xFF');
+                EXPECT_EQ(RefusalOf(With(whole, offset, {byte})).empty(), isTaken) << offset << " made " << int{byte};
+            }
+            EXPECT_NE(RefusalOf(whole.substr(0, offset)), "") << "cut at " << offset;
+        }
+}
+
+TEST(Report, TellsWhatTheMachineWillPlay)
+{
+    const auto report = [](const std::string& file, const Machine& machine = {}) {
+        return ReportOn(std::get<SoundFile>(ParseSoundFile(file)), machine);
+    };
+    // 346 cycles a sample and 114 a period: 1844 for 5 samples, 2882 for 8.
+    EXPECT_EQ(report(kPC1600), "target: PC-1600\ntitle: tone.wav\nload address: 80C5\nsample rate: 11025 Hz\n"
+                               "periods: 20\nseconds: 0.016\npitch: -9.97 %, -182 cents\n"
+                               "shortest period: 5 samples, -11.95 %, -220 cents\n"
+                               "longest period: 8 samples, -9.86 %, -180 cents\n");
+    // A title with controls, umlauts and a zero amid it; a clock at which 8 samples last as long as in the recording.
+    EXPECT_EQ(report(With(PokEmulFile('\x08', Bytes("08 fe 00")), 89, Bytes("1b 5b 00 e4 9b 7f ff")),
+                     {.clock = 3'396'000, .waits = 0}),
+              "target: PokEmul\ntitle: ?[?\xC3\xA4??\xC3\xBFv\nsample rate: 8000 Hz\n"
+              "periods: 2\nseconds: 0.063\npitch: -24.37 %, -484 cents\n"
+              "shortest period: 8 samples, +0.00 %, +0 cents\nlongest period: 254 samples, -48.74 %, -1157 cents\n");
+    EXPECT_EQ(report(PokEmulFile('\x06', "")),
+              "target: PokEmul\ntitle: tone.wav\nsample rate: 6000 Hz\nperiods: 0\nseconds: 0.000\n"
+              "pitch: none\nshortest period: none\nlongest period: none\n");
+}
+
+} // namespace
