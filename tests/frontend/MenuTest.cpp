@@ -109,7 +109,8 @@ TEST_F(Menus, EditItemsAreEnabledJustWhenTheyCanAct)
 TEST_F(Menus, PasteConvertsAFileFromTheClipboardWhereverTheFocusIs)
 {
     CopyFile(Write("pasted.wav", WaveBytes().rate(8000)));
-    for (QWidget* const focus : {static_cast<QWidget*>(&field), static_cast<QWidget*>(&area), static_cast<QWidget*>(main)}) {
+    for (QWidget* const focus :
+         {static_cast<QWidget*>(&field), static_cast<QWidget*>(&area), static_cast<QWidget*>(main)}) {
         focus->setFocus();
         window.SetTitle("");
         QTest::keyClick(focus, Qt::Key_V, Qt::ControlModifier);
@@ -135,15 +136,16 @@ TEST_F(Menus, OptionAndInfo)
     Find<QAction>("InfoUeber").trigger();
     window.Language = "eng";
     Find<QAction>("InfoUeber").trigger();
-    EXPECT_THAT(dialogs.shown,
-                ElementsAre("V.1.00 / 2023\n\nDas Programm wandelt Microsoft Wave Soundfiles in Sharp PC-1600 Sondfiles.\n"
-                            "\nGeschrieben von Jorin Falkenau\nErstellt mit C++ und Qt\n"
-                            "Lauffähig ab Windows 7 und OS X ab 10.7\n\n"
-                            "Mail: tonfloss@example.org\nWEB: https://tonfloss.example.org",
-                            "V.1.00 / 2023\n\nThese application converts Microsoft Wave sound files into Sharp PC-1600 "
-                            "sound files.\n\nThe application was programmed by Jorin Falkenau\nMade with C++ and Qt\n"
-                            "Run up Windows 7 and OS X up 10.7\n\n"
-                            "Mail: tonfloss@example.org\nWEB: https://tonfloss.example.org"));
+    EXPECT_THAT(
+        dialogs.shown,
+        ElementsAre("V.1.00 / 2023\n\nDas Programm wandelt Microsoft Wave Soundfiles in Sharp PC-1600 Sondfiles.\n"
+                    "\nGeschrieben von Jorin Falkenau\nErstellt mit C++ und Qt\n"
+                    "Lauffähig ab Windows 7 und OS X ab 10.7\n\n"
+                    "Mail: tonfloss@example.org\nWEB: https://tonfloss.example.org",
+                    "V.1.00 / 2023\n\nThese application converts Microsoft Wave sound files into Sharp PC-1600 "
+                    "sound files.\n\nThe application was programmed by Jorin Falkenau\nMade with C++ and Qt\n"
+                    "Run up Windows 7 and OS X up 10.7\n\n"
+                    "Mail: tonfloss@example.org\nWEB: https://tonfloss.example.org"));
 }
 
 TEST_F(Menus, QuitClosesTheWindowByLetterAndByShortcut)
