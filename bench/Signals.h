@@ -23,6 +23,25 @@ inline std::string NoisyChirp(std::size_t samples)
     return chirp;
 }
 
+/// Four syllables a second of a voice that falls and rises, with its overtones, in a little hiss.
+inline std::string Speech(std::size_t samples)
+{
+    std::mt19937 random(1600);
+    std::normal_distribution<double> noise(0, 2);
+    std::string speech;
+    double phase = 0;
+    for (std::size_t i = 0; i < samples; ++i) {
+        const double seconds = static_cast<double>(i) / 11025;
+        phase += 2 * std::numbers::pi * (130 + 40 * std::sin(2 * seconds)) / 11025;
+        double voice = noise(random);
+        for (int overtone = 1; overtone <= 8; ++overtone)
+            voice +=
+                40 * std::max(0.0, std::sin(8 * std::numbers::pi * seconds)) / overtone * std::sin(overtone * phase);
+        speech += static_cast<char>(std::lround(std::clamp(128 + voice, 0.0, 255.0)));
+    }
+    return speech;
+}
+
 inline std::string WhiteNoise(std::size_t samples)
 {
     std::mt19937 random(1600);
@@ -50,7 +69,7 @@ struct Signal {
 };
 
 inline constexpr Signal kSignals[] = {
-    {"chirp", NoisyChirp}, {"noise", WhiteNoise}, {"two", PeriodOfTwo}, {"silence", Silence}};
+    {"chirp", NoisyChirp}, {"speech", Speech}, {"noise", WhiteNoise}, {"two", PeriodOfTwo}, {"silence", Silence}};
 
 /// The whole file: 500000 bytes, or half of that.
 inline std::string SignalFile(const Signal& signal, bool half)

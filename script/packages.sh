@@ -5,9 +5,15 @@ packages_build=(g++ cmake ninja-build qt6-base-dev librsvg2-bin fonts-dejavu-cor
 packages_tests=(libgtest-dev libgmock-dev libz80ex-dev pasmo z80asm z80dasm)
 packages_bench=(libbenchmark-dev libxcb1-dev xauth)
 packages_desktop=(xvfb openbox xdotool wmctrl scrot)
-packages_pictures=(qt6ct fonts-liberation2 fonts-noto-core imagemagick)
+packages_pictures=(qt6ct qt6-translations-l10n fonts-liberation2 fonts-noto-core imagemagick)
 packages_package=(dpkg-dev file lintian desktop-file-utils appstream)
 packages_checks=(clang-14 clang-tidy-14 clang-format-14 libclang-rt-14-dev llvm-14 shellcheck)
+
+# usage: what the script's first comment says, for who calls it with other arguments than it wants.
+usage() {
+    sed -n '2,/^[^#]/s/^# //p' "$0" >&2
+    exit 2
+}
 
 # need PACKAGE...: installs those that are missing. Does nothing, quickly, when none is.
 need() {

@@ -76,8 +76,9 @@ window_is_gone() {
 }
 
 # program_start PROGRAM: starts it and waits for its window.
+program_locale=C.UTF-8
 program_start() {
-    "$1" 2>"$desktop_scratch/stderr" &
+    LC_ALL=$program_locale "$1" 2>"$desktop_scratch/stderr" &
     program=$!
     wait_window "Tonfloss PC-1600"
     program_window=$(window_of "Tonfloss PC-1600")

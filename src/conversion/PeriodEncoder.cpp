@@ -125,8 +125,9 @@ std::string Encode(std::string_view samples, ListingOrNone listing, Yield& Runti
     };
 
     const auto end = samples.size() - std::min<std::size_t>(samples.size(), 2);
-    std::size_t start = 0; // of the period
-    bool Armed = false;    // a sample above the midline has been seen in it
+    BinZeile.reserve(kTokenLength * (end / 2 + 1)); // the most that can come; memory that isn't used costs nothing
+    std::size_t start = 0;                          // of the period
+    bool Armed = false;                             // a sample above the midline has been seen in it
     for (std::size_t i = 0; i < end; RuntimeBackgroundTask(kSamplesPerYield)) {
         for (const auto blockEnd = std::min(end, i + kSamplesPerYield); i < blockEnd; ++i) {
             const auto sample = static_cast<std::uint8_t>(samples[i]);

@@ -3,8 +3,11 @@
 #include <QApplication>
 #include <QIcon>
 #include <QKeyEvent>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QScreen>
 #include <QSettings>
+#include <QTranslator>
 
 namespace platform {
 
@@ -23,10 +26,17 @@ class RepeatedReturns : public QObject {
 } // namespace
 
 struct Application::Impl {
-    Impl(int& argc, char** argv) : application(argc, argv) { application.installEventFilter(&repeatedReturns); }
+    Impl(int& argc, char** argv) : application(argc, argv)
+    {
+        application.installEventFilter(&repeatedReturns);
+        // The toolkit's own words, such as those of its dialogs' buttons, in the language of the desktop.
+        if (translator.load(QLocale::system(), "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+            QCoreApplication::installTranslator(&translator);
+    }
 
     QApplication application;
     RepeatedReturns repeatedReturns;
+    QTranslator translator;
 };
 
 // No display name is set: the toolkit would append it to every window title.

@@ -109,11 +109,26 @@ private:
 
 class RadioWidget : public QRadioButton {
 public:
-    explicit RadioWidget(EventGate& gate) : gate_(gate) {}
+    explicit RadioWidget(EventGate& gate) : gate_(gate) { LightenRing(); }
 
     std::function<void()> action;
 
 private:
+    void changeEvent(QEvent* event) override
+    {
+        if (event->type() == QEvent::ApplicationPaletteChange) LightenRing();
+        QRadioButton::changeEvent(event);
+    }
+
+    // The toolkit's style draws the ring of a button that isn't chosen darker than the window, which a dark window hides.
+    void LightenRing()
+    {
+        const auto desktop = QApplication::palette(this);
+        QPalette palette;
+        if (desktop.window().color().lightness() < 128) palette.setBrush(QPalette::Window, desktop.windowText());
+        setPalette(palette);
+    }
+
     // Reached by every way of choosing the button, before anything has changed.
     void nextCheckState() override
     {
