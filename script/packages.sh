@@ -1,12 +1,12 @@
 # The Debian packages that the project needs, and how they get onto the machine. Sourced.
 # shellcheck shell=bash disable=SC2034
 
-packages_build=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev fonts-dejavu-core)
+packages_build=(g++ cmake ninja-build qt6-base-dev librsvg2-bin fonts-dejavu-core)
 packages_tests=(libgtest-dev libgmock-dev libz80ex-dev pasmo z80asm z80dasm)
 packages_bench=(libbenchmark-dev libxcb1-dev xauth)
 packages_desktop=(xvfb openbox xdotool wmctrl scrot)
 packages_pictures=(qt6ct fonts-liberation2 fonts-noto-core imagemagick)
-packages_package=(dpkg-dev file librsvg2-bin icoutils icnsutils lintian desktop-file-utils appstream)
+packages_package=(dpkg-dev file icoutils icnsutils lintian desktop-file-utils appstream)
 packages_checks=(clang-14 clang-tidy-14 clang-format-14 libclang-rt-14-dev llvm-14 shellcheck)
 
 # need PACKAGE...: installs those that are missing. Does nothing, quickly, when none is.

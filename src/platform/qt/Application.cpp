@@ -22,9 +22,14 @@ Application::Application(int& argc, char** argv)
     QCoreApplication::setApplicationVersion(TONFLOSS_VERSION);
     impl_ = std::make_unique<Impl>(argc, argv);
     QGuiApplication::setDesktopFileName("org.tonfloss.Tonfloss");
-    // After the first frame, which doesn't need it: the icon has to be drawn in several sizes.
-    QMetaObject::invokeMethod(
-        qApp, [] { QApplication::setWindowIcon(QIcon(":/tonfloss.svg")); }, Qt::QueuedConnection);
+    // After the first frame, which doesn't need it: the icon has several sizes to read.
+    const auto showIcon = [] {
+        QIcon icon;
+        for (const int pixels : {16, 24, 32, 48, 64, 128, 256})
+            icon.addFile(QString(":/tonfloss-%1.png").arg(pixels));
+        QApplication::setWindowIcon(icon);
+    };
+    QMetaObject::invokeMethod(qApp, showIcon, Qt::QueuedConnection);
 }
 
 Application::~Application() = default;

@@ -10,12 +10,14 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
+#include <QPixmap>
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QStyle>
 #include <QStyleOptionButton>
-#include <QSvgRenderer>
+#include <QtMath>
 
+#include <algorithm>
 #include <utility>
 
 namespace platform {
@@ -91,16 +93,24 @@ private:
 
 class CanvasWidget : public QWidget {
 public:
-    explicit CanvasWidget(const QString& picture) : picture_(picture) {}
+    explicit CanvasWidget(QString backdrop) : backdrop_(std::move(backdrop)) {}
 
 private:
     void paintEvent(QPaintEvent* /*event*/) override
     {
+        const int scale = std::clamp(qCeil(devicePixelRatio()), 1, kLargestScale);
+        if (scale != scale_) picture_.load(QString(":/%1@%2x.png").arg(backdrop_).arg(scale));
+        scale_ = scale;
         QPainter painter(this);
-        picture_.render(&painter, rect());
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawPixmap(rect(), picture_);
     }
 
-    QSvgRenderer picture_;
+    static constexpr int kLargestScale = 4; // of the pictures among the resources
+
+    QString backdrop_;
+    QPixmap picture_; // the smallest one with a pixel for each of the screen's
+    int scale_ = 0;
 };
 
 /// Puts a control on `below`, whose corner stands at `origin` in the window.
@@ -250,7 +260,7 @@ void RadioButton::SetAction(std::function<void()> action)
 }
 
 Canvas::Canvas(Control& parent, const ControlRow& row, std::string_view backdrop)
-    : Control(parent, row, std::make_unique<Impl>(new CanvasWidget(":/" + FromUtf8(backdrop) + ".svg")))
+    : Control(parent, row, std::make_unique<Impl>(new CanvasWidget(FromUtf8(backdrop))))
 {}
 
 } // namespace platform
