@@ -6,7 +6,8 @@ packages_tests=(libgtest-dev libgmock-dev libz80ex-dev pasmo z80asm z80dasm)
 packages_bench=(libbenchmark-dev libxcb1-dev xauth)
 packages_desktop=(xvfb openbox xdotool wmctrl scrot)
 packages_pictures=(qt6ct fonts-liberation2 fonts-noto-core imagemagick)
-packages_package=(dpkg-dev file icoutils icnsutils lintian desktop-file-utils appstream)
+packages_package=(dpkg-dev file icnsutils lintian desktop-file-utils appstream)
+packages_windows=(g++-mingw-w64-x86-64-posix qt6-base-dev-tools dpkg-dev icoutils wine wine64 fonts-wine unzip xclip)
 packages_checks=(clang-14 clang-tidy-14 clang-format-14 libclang-rt-14-dev llvm-14 shellcheck)
 
 # need PACKAGE...: installs those that are missing. Does nothing, quickly, when none is.

@@ -6,18 +6,25 @@ desktop_scratch=$(mktemp -d)
 export HOME=$desktop_scratch/home XDG_RUNTIME_DIR=$desktop_scratch/run LC_ALL=C.UTF-8
 unset WAYLAND_DISPLAY XDG_CONFIG_HOME XDG_DOCUMENTS_DIR QT_QPA_PLATFORM
 mkdir -m 700 "$HOME" "$XDG_RUNTIME_DIR"
-trap 'kill $(jobs -p) 2>/dev/null; wait 2>/dev/null; rm -rf "$desktop_scratch"' EXIT
+desktop_end() {
+    # shellcheck disable=SC2046
+    kill $(jobs -p) 2>/dev/null
+    wait 2>/dev/null
+    rm -rf "$desktop_scratch"
+}
+trap desktop_end EXIT
 
 fail() {
     echo "$(basename "$0"): $*" >&2
     exit 1
 }
 
-# wait_for WHAT COMMAND...: until the command succeeds, ten seconds at most.
+# wait_for WHAT COMMAND...: until the command succeeds, `patience` seconds at most.
+patience=10
 wait_for() {
     local what=$1 i
     shift
-    for ((i = 0; i < 200; i++)); do
+    for ((i = 0; i < 20 * patience; i++)); do
         "$@" >/dev/null 2>&1 && return
         sleep 0.05
     done
@@ -64,9 +71,9 @@ window_is_gone() {
     ! window_of "$1"
 }
 
-# program_start PROGRAM: starts it and waits for its window.
+# program_start COMMAND...: starts the program and waits for its window.
 program_start() {
-    "$1" 2>"$desktop_scratch/stderr" &
+    "$@" 2>"$desktop_scratch/stderr" &
     program=$!
     wait_window "Tonfloss PC-1600"
     program_window=$(window_of "Tonfloss PC-1600")
