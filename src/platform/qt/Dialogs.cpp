@@ -1,10 +1,10 @@
 #include "Dialogs.h"
 
 #include "Files.h"
+#include "Native.h"
 #include "QtText.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLayout>
@@ -37,18 +37,18 @@ public:
 
     std::optional<std::filesystem::path> ShowModal(const SaveAsDialog& dialog) override
     {
-        QFileDialog files(MainWindow(), FromUtf8(dialog.Title),
-                          QFile::decodeName(dialog.InitialDirectory.string().c_str()), FromUtf8(dialog.Filter));
-        files.setOption(QFileDialog::DontUseNativeDialog); // the desktop's own has no room for the prompt
-        files.setAcceptMode(QFileDialog::AcceptSave);
-        files.setFileMode(QFileDialog::AnyFile);
-        files.selectFile(FromUtf8(dialog.SuggestedFileName));
+        const std::unique_ptr<QFileDialog, EndFileDialog> files(new QFileDialog(
+            MainWindow(), FromUtf8(dialog.Title), ToQString(dialog.InitialDirectory), FromUtf8(dialog.Filter)));
+        files->setOption(QFileDialog::DontUseNativeDialog); // the desktop's own has no room for the prompt
+        files->setAcceptMode(QFileDialog::AcceptSave);
+        files->setFileMode(QFileDialog::AnyFile);
+        files->selectFile(FromUtf8(dialog.SuggestedFileName));
         auto* const prompt = new QLabel(FromUtf8(dialog.PromptText));
         prompt->setTextFormat(Qt::PlainText);
         prompt->setContentsMargins(12, 12, 12, 0);
-        files.layout()->setMenuBar(prompt); // the layout's own row above all others
-        if (files.exec() != QDialog::Accepted) return std::nullopt;
-        return QFile::encodeName(files.selectedFiles().constFirst()).toStdString();
+        files->layout()->setMenuBar(prompt); // the layout's own row above all others
+        if (files->exec() != QDialog::Accepted) return std::nullopt;
+        return ToPath(files->selectedFiles().constFirst());
     }
 
     void RuntimeBackgroundTask() override

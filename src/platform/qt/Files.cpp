@@ -1,9 +1,9 @@
 #include "Files.h"
 
+#include "Native.h"
 #include "QtText.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
 #include <QStandardPaths>
@@ -19,11 +19,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::uint64_t kLongestRead = 16U << 20U; // bytes
-
-QString ToQString(const fs::path& path)
-{
-    return QFile::decodeName(path.string().c_str());
-}
 
 QString NameOf(const fs::path& path)
 {
@@ -113,7 +108,7 @@ void WriteBytes(const fs::path& path, std::string_view bytes)
 fs::path Documents()
 {
     const auto documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return QFile::encodeName(QDir(documents).exists() ? documents : QDir::homePath()).toStdString();
+    return ToPath(QDir(documents).exists() ? documents : QDir::homePath());
 }
 
 std::string Utf8(std::u32string_view text)

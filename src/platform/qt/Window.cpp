@@ -1,6 +1,7 @@
 #include "WindowImpl.h"
 
 #include "MenuImpl.h"
+#include "Native.h"
 #include "QtText.h"
 
 #include <QCloseEvent>
@@ -32,7 +33,7 @@ std::optional<std::filesystem::path> LocalPath(const QUrl& url)
     const bool thisMachine = host.isEmpty() || host == "localhost" || host == QSysInfo::machineHostName().toLower();
     if (!url.isLocalFile() || !thisMachine) return std::nullopt;
 #ifdef Q_OS_WIN
-    return QFile::encodeName(url.toLocalFile()).toStdString();
+    return ToPath(url.toLocalFile());
 #else
     const auto encoded = url.adjusted(QUrl::StripTrailingSlash).path(QUrl::FullyEncoded);
     return QByteArray::fromPercentEncoding(encoded.toLatin1()).toStdString();
