@@ -7,6 +7,7 @@ packages_bench=(libbenchmark-dev libxcb1-dev xauth)
 packages_desktop=(xvfb openbox xdotool wmctrl scrot)
 packages_pictures=(qt6ct qt6-translations-l10n fonts-liberation2 fonts-noto-core imagemagick)
 packages_package=(dpkg-dev file lintian desktop-file-utils appstream)
+packages_windows=(g++-mingw-w64-x86-64-posix qt6-base-dev-tools dpkg-dev icoutils wine wine64 fonts-wine unzip xclip)
 packages_checks=(clang-14 clang-tidy-14 clang-format-14 libclang-rt-14-dev llvm-14 shellcheck)
 
 # usage: what the script's first comment says, for who calls it with other arguments than it wants.

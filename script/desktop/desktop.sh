@@ -24,11 +24,12 @@ fail() {
     exit 1
 }
 
-# wait_for WHAT COMMAND...: until the command succeeds, ten seconds at most.
+# wait_for WHAT COMMAND...: until the command succeeds, `patience` seconds at most.
+patience=10
 wait_for() {
     local what=$1 i
     shift
-    for ((i = 0; i < 200; i++)); do
+    for ((i = 0; i < 20 * patience; i++)); do
         "$@" >/dev/null 2>&1 && return
         sleep 0.05
     done
@@ -75,10 +76,10 @@ window_is_gone() {
     ! window_of "$1"
 }
 
-# program_start PROGRAM: starts it and waits for its window.
+# program_start COMMAND...: starts the program and waits for its window.
 program_locale=C.UTF-8
 program_start() {
-    LC_ALL=$program_locale "$1" 2>"$desktop_scratch/stderr" &
+    LC_ALL=$program_locale "$@" 2>"$desktop_scratch/stderr" &
     program=$!
     wait_window "Tonfloss PC-1600"
     program_window=$(window_of "Tonfloss PC-1600")

@@ -5,6 +5,12 @@
 #include <fstream>
 #include <system_error>
 
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#include <sys/stat.h>
+#endif
+
 namespace preview {
 namespace {
 
@@ -45,9 +51,20 @@ std::optional<Refusal> Fill(std::FILE* stream, const Producer& produce)
     return std::nullopt;
 }
 
+/// A file that isn't there yet, not through a link that someone laid there.
+std::FILE* OpenNew(const fs::path& path)
+{
+#ifdef _WIN32
+    const int file = _wopen(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
+    return file < 0 ? nullptr : _fdopen(file, "wb");
+#else
+    return std::fopen(path.c_str(), "wbx");
+#endif
+}
+
 std::optional<Refusal> FillFile(const fs::path& path, const Producer& produce)
 {
-    auto* const stream = std::fopen(path.c_str(), "wbx"); // x: not through a link that someone laid there
+    auto* const stream = OpenNew(path);
     if (stream == nullptr) return RefusalByErrno();
     auto refusal = Fill(stream, produce);
     if (std::fclose(stream) != 0 && !refusal) refusal = RefusalByErrno();
@@ -98,6 +115,9 @@ std::optional<Refusal> WriteFile(const fs::path& path, const fs::path& input, bo
 
 std::optional<Refusal> WriteStandardOutput(const Producer& produce)
 {
+#ifdef _WIN32
+    _setmode(_fileno(stdout), _O_BINARY);
+#endif
     return Fill(stdout, produce);
 }
 

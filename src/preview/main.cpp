@@ -103,9 +103,15 @@ bool Show(std::string_view text)
     return IsDone("standard output", WriteStandardOutput([&](const ByteSink& sink) { return sink(text); }));
 }
 
+/// Arguments are UTF-8 on Windows too, as the program's manifest says.
+std::filesystem::path PathOf(const std::string& argument)
+{
+    return std::u8string(argument.begin(), argument.end());
+}
+
 bool Preview(const Options& options)
 {
-    const auto parsed = ReadSoundFile(options.input);
+    const auto parsed = ReadSoundFile(PathOf(options.input));
     if (const auto* const refusal = std::get_if<Refusal>(&parsed)) return Complain(options.input, refusal->reason);
     const auto& sound = std::get<SoundFile>(parsed);
     const auto report = ReportOn(sound, options.machine);
@@ -117,7 +123,7 @@ bool Preview(const Options& options)
         return IsDone("standard output", WriteStandardOutput(wave));
     }
     if (!options.output.empty() &&
-        !IsDone(options.output, WriteFile(options.output, options.input, options.force, wave)))
+        !IsDone(options.output, WriteFile(PathOf(options.output), PathOf(options.input), options.force, wave)))
         return false;
     return Show(report);
 }
@@ -127,7 +133,9 @@ bool Preview(const Options& options)
 int main(int argc, char* argv[])
 {
     try {
+#ifdef SIGPIPE
         static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); // a reader that goes away is a failed write
+#endif
         Options options;
         if (!TakeOptions(argc, argv, options)) {
             std::cerr << "Try 'tonfloss-preview --help'.\n";

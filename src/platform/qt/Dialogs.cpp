@@ -71,8 +71,9 @@ public:
 
     std::optional<std::filesystem::path> ShowModal(const SaveAsDialog& dialog) override
     {
-        SaveDialog files(MainWindow(), FromUtf8(dialog.Title), FromPath(dialog.InitialDirectory),
-                         FromUtf8(dialog.Filter));
+        const std::unique_ptr<SaveDialog, EndFileDialog> asked(new SaveDialog(
+            MainWindow(), FromUtf8(dialog.Title), FromPath(dialog.InitialDirectory), FromUtf8(dialog.Filter)));
+        auto& files = *asked;
         files.setOption(QFileDialog::DontUseNativeDialog); // the desktop's own has no room for the prompt
         files.setAcceptMode(QFileDialog::AcceptSave);
         files.setFileMode(QFileDialog::AnyFile);

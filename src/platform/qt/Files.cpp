@@ -73,13 +73,17 @@ void RequireUnchanged(const FolderItem& item)
     if (now.Length != item.Length || now.Changed != item.Changed) Fail(item.NativePath, Kind::BeingChanged);
 }
 
-/// What `path` means: the end of a chain of links, which may be a file that isn't there yet. Requires: no circle.
-fs::path FileMeant(fs::path path)
+/// What `path` means: the end of a chain of links, which may be a file that isn't there yet.
+fs::path FileMeant(const fs::path& path)
 {
-    std::error_code error;
-    while (fs::is_symlink(path, error))
-        path = path.parent_path() / fs::read_symlink(path, error);
-    return path;
+    constexpr int kLongestChain = 40; // a longer one is a circle
+    auto meant = path;
+    for (int links = 0; links < kLongestChain; ++links) {
+        const auto target = LinkTarget(meant);
+        if (!target) return meant;
+        meant = *target;
+    }
+    Fail(path, std::make_error_code(std::errc::too_many_symbolic_link_levels));
 }
 
 /// A file under a name of our own beside the one that is meant, until it is whole.
@@ -93,7 +97,7 @@ public:
              entry.increment(unreadable))
             if (FromPath(entry->path().filename()).startsWith(FromUtf8(kPartName))) RemoveLeftover(entry->path());
         do {
-            path_ = folder / (std::string(kPartName) + std::to_string(QRandomGenerator::global()->generate()));
+            path_ = folder / ToPath(FromUtf8(kPartName) + QString::number(QRandomGenerator::global()->generate()));
             part_.file = CreateLocked(path_);
         } while (part_.file < 0 && errno == EEXIST);
         if (part_.file < 0) throw std::system_error(LastError());
@@ -172,7 +176,8 @@ void WriteBytes(const fs::path& path, std::string_view bytes)
     std::error_code error;
     const auto status = fs::status(path, error);
     const bool replaces = fs::exists(status);
-    if (!fs::status_known(status)) Fail(path, error); // a circle of links, for one
+    if (!fs::status_known(status)) Fail(path, error); // a folder that may not be read, for one
+    if (const auto refusal = NameRefusal(path)) Fail(path, refusal);
     if (replaces && !fs::is_regular_file(status)) Fail(path, Kind::NoOrdinaryFile);
     const auto target = FileMeant(path);
     if (replaces && !IsWritable(target)) Fail(path, Kind::WriteProtected);

@@ -5,12 +5,17 @@
 #include <QSysInfo>
 
 #include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
 
 #ifdef Q_OS_WIN
+#include <QFileInfo>
+#include <QRegularExpression>
+
 #include <io.h>
 #include <sys/stat.h>
+#include <windows.h>
 #else
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -35,9 +40,27 @@ QString FromPath(const fs::path& path)
 
 std::optional<fs::path> LocalPath(const QUrl& url)
 {
-    const auto file = url.toLocalFile(); // of a server too: "//server/share/name"
+    auto local = url; // or of a server: "//server/share/name"
+    if (url.host() == "localhost") local.setHost({});
+    const auto file = local.toLocalFile();
     if (file.isEmpty() || file.contains(QChar::Null)) return std::nullopt;
     return ToPath(file);
+}
+
+std::optional<fs::path> LinkTarget(const fs::path& path)
+{
+    const QFileInfo info(FromPath(path)); // the standard library knows no links here
+    if (!info.isSymbolicLink()) return std::nullopt;
+    return ToPath(info.symLinkTarget());
+}
+
+// The system would take some of these for a device, a stream or a shorter name, and report no error.
+std::error_code NameRefusal(const fs::path& path)
+{
+    static const QRegularExpression kBad(R"([<>:"|?*\x01-\x1F]|[ .]$|^(CON|PRN|AUX|NUL|COM\d|LPT\d)(\.|$))",
+                                         QRegularExpression::CaseInsensitiveOption);
+    if (!FromPath(path.filename()).contains(kBad)) return {};
+    return {ERROR_INVALID_NAME, std::system_category()};
 }
 
 QString ErrorText(const std::error_code& error)
@@ -82,6 +105,31 @@ bool CloseForRename(int& file)
 void SyncFolder(const fs::path& /*folder*/)
 {} // the file system's journal does it
 
+namespace {
+
+void RemoveEmptyKey(const wchar_t* name)
+{
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, name, 0, KEY_READ, &key) != ERROR_SUCCESS) return;
+    DWORD keys = 0;
+    DWORD values = 0;
+    const auto known = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr,
+                                        nullptr, nullptr, nullptr);
+    RegCloseKey(key);
+    if (known == ERROR_SUCCESS && keys == 0 && values == 0) RegDeleteKeyW(HKEY_CURRENT_USER, name);
+}
+
+} // namespace
+
+// No call keeps the toolkit's file dialog from the registry. It makes a key there at its start, and fills it when it is
+// destroyed. So it isn't destroyed, and the key goes where it is empty: other programs may have written to it.
+void EndFileDialog::operator()(QFileDialog* dialog) const
+{
+    dialog->setParent(nullptr);
+    RemoveEmptyKey(L"Software\\QtProject\\OrganizationDefaults");
+    RemoveEmptyKey(L"Software\\QtProject");
+}
+
 #else
 
 fs::path ToPath(const QString& text)
@@ -103,6 +151,18 @@ std::optional<fs::path> LocalPath(const QUrl& url)
     auto bytes = QByteArray::fromPercentEncoding(encoded.toLatin1());
     if (bytes.contains('\0')) return std::nullopt;
     return bytes.toStdString();
+}
+
+std::optional<fs::path> LinkTarget(const fs::path& path)
+{
+    std::error_code error;
+    if (!fs::is_symlink(path, error)) return std::nullopt;
+    return path.parent_path() / fs::read_symlink(path, error);
+}
+
+std::error_code NameRefusal(const fs::path& /*path*/)
+{
+    return {};
 }
 
 QString ErrorText(const std::error_code& error)
@@ -157,6 +217,11 @@ void SyncFolder(const fs::path& folder)
     if (file < 0) return;
     fsync(file);
     close(file);
+}
+
+void EndFileDialog::operator()(QFileDialog* dialog) const
+{
+    delete dialog;
 }
 
 #endif

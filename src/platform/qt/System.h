@@ -2,6 +2,7 @@
 // doesn't have. Descriptors are those of the C library; what fails leaves its reason in errno.
 #pragma once
 
+#include <QFileDialog>
 #include <QString>
 #include <QUrl>
 
@@ -18,6 +19,11 @@ namespace platform {
 
 /// The file that an address means; none for what is no file that this machine can open by a path.
 [[nodiscard]] std::optional<std::filesystem::path> LocalPath(const QUrl& url);
+
+/// The file that a link leads to, there or not; none where `path` is no link.
+[[nodiscard]] std::optional<std::filesystem::path> LinkTarget(const std::filesystem::path& path);
+/// Why no file of that name can be made; no error for a good one.
+[[nodiscard]] std::error_code NameRefusal(const std::filesystem::path& path);
 
 /// What the system says of an error.
 [[nodiscard]] QString ErrorText(const std::error_code& error);
@@ -39,5 +45,10 @@ void RemoveLeftover(const std::filesystem::path& path);
 [[nodiscard]] bool CloseForRename(int& file);
 /// Puts a rename on the disk. No failure: the renamed file is whole in any case.
 void SyncFolder(const std::filesystem::path& folder);
+
+/// Ends a dialog so that nothing of it is kept until the next run.
+struct EndFileDialog {
+    void operator()(QFileDialog* dialog) const;
+};
 
 } // namespace platform
