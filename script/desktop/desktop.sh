@@ -9,14 +9,13 @@ mkdir -m 700 "$HOME" "$XDG_RUNTIME_DIR"
 trap desktop_end EXIT
 
 desktop_end() {
-    local status=$? started
-    set +e
+    local started
+    set +e # to the end, which leaves the script's own status
     started=$(jobs -p)
     # shellcheck disable=SC2086
     [ -z "$started" ] || kill $started 2>/dev/null
     wait
     rm -rf "$desktop_scratch"
-    exit "$status"
 }
 
 fail() {

@@ -1,8 +1,9 @@
 #include "Application.h"
 
+#include "System.h"
+
 #include <QApplication>
 #include <QIcon>
-#include <QKeyEvent>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QScreen>
@@ -11,31 +12,16 @@
 
 namespace platform {
 
-namespace {
-
-/// A Return that is held down counts once: its repetitions would answer each box that it opens.
-class RepeatedReturns : public QObject {
-    bool eventFilter(QObject* /*object*/, QEvent* event) override
-    {
-        if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride) return false;
-        const auto& key = *static_cast<QKeyEvent*>(event); // NOLINT: the type tells
-        return key.isAutoRepeat() && (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter);
-    }
-};
-
-} // namespace
-
 struct Application::Impl {
     Impl(int& argc, char** argv) : application(argc, argv)
     {
-        application.installEventFilter(&repeatedReturns);
+        IgnoreRepeatedReturns(application);
         // The toolkit's own words, such as those of its dialogs' buttons, in the language of the desktop.
         if (translator.load(QLocale::system(), "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
             QCoreApplication::installTranslator(&translator);
     }
 
     QApplication application;
-    RepeatedReturns repeatedReturns;
     QTranslator translator;
 };
 

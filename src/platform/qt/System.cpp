@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QKeyEvent>
 #include <QSysInfo>
 
 #include <cerrno>
@@ -10,6 +11,7 @@
 #include <fcntl.h>
 
 #ifdef Q_OS_WIN
+#include <QAbstractNativeEventFilter>
 #include <QFileInfo>
 #include <QRegularExpression>
 
@@ -121,6 +123,21 @@ void RemoveEmptyKey(const wchar_t* name)
 
 } // namespace
 
+// By the system's word: the toolkit takes a new Return for a repetition where a box was closed before the key was let go.
+void IgnoreRepeatedReturns(QCoreApplication& application)
+{
+    class Filter : public QAbstractNativeEventFilter {
+        bool nativeEventFilter(const QByteArray& /*type*/, void* message, qintptr* /*result*/) override
+        {
+            constexpr LPARAM kWasDown = 1 << 30;
+            const auto& key = *static_cast<MSG*>(message);
+            return key.message == WM_KEYDOWN && key.wParam == VK_RETURN && (key.lParam & kWasDown) != 0;
+        }
+    };
+    static Filter filter;
+    application.installNativeEventFilter(&filter);
+}
+
 // No call keeps the toolkit's file dialog from the registry. It makes a key there at its start, and fills it when it is
 // destroyed. So it isn't destroyed, and the key goes where it is empty: other programs may have written to it.
 void EndFileDialog::operator()(QFileDialog* dialog) const
@@ -217,6 +234,20 @@ void SyncFolder(const fs::path& folder)
     if (file < 0) return;
     fsync(file);
     close(file);
+}
+
+void IgnoreRepeatedReturns(QCoreApplication& application)
+{
+    class Filter : public QObject {
+        bool eventFilter(QObject* /*object*/, QEvent* event) override
+        {
+            if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride) return false;
+            const auto& key = *static_cast<QKeyEvent*>(event); // NOLINT: the type tells
+            return key.isAutoRepeat() && (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter);
+        }
+    };
+    static Filter filter;
+    application.installEventFilter(&filter);
 }
 
 void EndFileDialog::operator()(QFileDialog* dialog) const

@@ -2,6 +2,7 @@
 // doesn't have. Descriptors are those of the C library; what fails leaves its reason in errno.
 #pragma once
 
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QString>
 #include <QUrl>
@@ -45,6 +46,9 @@ void RemoveLeftover(const std::filesystem::path& path);
 [[nodiscard]] bool CloseForRename(int& file);
 /// Puts a rename on the disk. No failure: the renamed file is whole in any case.
 void SyncFolder(const std::filesystem::path& folder);
+
+/// A Return that is held down counts once from now on: its repetitions would answer each box that it opens.
+void IgnoreRepeatedReturns(QCoreApplication& application);
 
 /// Ends a dialog so that nothing of it is kept until the next run.
 struct EndFileDialog {
