@@ -56,7 +56,7 @@ private:
     {
         const bool paste = event->type() == QEvent::ShortcutOverride &&
                            static_cast<QKeyEvent*>(event)->matches(QKeySequence::Paste); // NOLINT: the type tells
-        return paste ? QWidget::event(event) : QLineEdit::event(event);
+        return !paste && QLineEdit::event(event);
     }
 
     // The selection stays while the menu bar has the focus, so that its items can work on it.
