@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QRegularExpression>
 #include <QScreen>
 
 #include <algorithm>
@@ -60,12 +61,15 @@ public:
         QMessageBox box(MainWindow());
         box.setWindowTitle("Tonfloss");
         box.setTextFormat(Qt::PlainText);
-        const auto text = FromUtf8(utf8);
+        auto text = FromUtf8(utf8);
         box.setText(text);
         // As wide as the longest line: the toolkit would wrap it at a width of its own.
         auto& label = *box.findChild<QLabel*>("qt_msgbox_label");
         const int room = box.screen()->availableSize().width() * 9 / 10;
-        label.setMinimumWidth(std::min(room, label.fontMetrics().size(0, text).width()));
+        const int wanted = label.fontMetrics().size(0, text).width();
+        label.setMinimumWidth(std::min(room, wanted));
+        if (wanted > room)
+            box.setText(text.replace(QRegularExpression("(\\S{40})"), "\\1\u200B")); // where it may break
         box.exec();
     }
 

@@ -8,6 +8,7 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QThread>
 
 namespace platform {
 namespace {
@@ -75,6 +76,8 @@ bool CanEditFocusedText(MenuAction action)
     return false;
 }
 
+constexpr unsigned long kHover = 300; // ms; as short as a drag hovers: a file that is being written changes meanwhile
+
 void EditFocusedText(MenuAction action)
 {
     if (!CanEditFocusedText(action)) return;
@@ -97,7 +100,10 @@ void ConnectEditItem(QAction& item, MenuAction action, EventGate& gate, const Pa
     QObject::connect(&item, &QAction::triggered, [&gate, &pasteFile, action] {
         gate.Run([&] {
             if (action == MenuAction::Paste)
-                if (const auto file = FileOnClipboard(); file.FolderItemAvailable()) return pasteFile(file);
+                if (const auto file = FileOnClipboard(); file.FolderItemAvailable()) {
+                    QThread::msleep(kHover);
+                    return pasteFile(file);
+                }
             EditFocusedText(action);
         });
     });

@@ -86,6 +86,14 @@ fs::path FileMeant(const fs::path& path)
     Fail(path, std::make_error_code(std::errc::too_many_symbolic_link_levels));
 }
 
+bool IsPartName(const fs::path& path)
+{
+    const auto name = FromPath(path.filename());
+    const auto prefix = FromUtf8(kPartName);
+    return name.startsWith(prefix) &&
+           std::ranges::all_of(name.sliced(prefix.size()), [](QChar c) { return c.isDigit(); });
+}
+
 /// A file under a name of our own beside the one that is meant, until it is whole.
 class PartFile {
 public:
@@ -95,7 +103,7 @@ public:
         std::error_code unreadable;
         for (fs::directory_iterator entry(folder, unreadable), end; !unreadable && entry != end;
              entry.increment(unreadable))
-            if (FromPath(entry->path().filename()).startsWith(FromUtf8(kPartName))) RemoveLeftover(entry->path());
+            if (IsPartName(entry->path())) RemoveLeftover(entry->path());
         do {
             path_ = folder / ToPath(FromUtf8(kPartName) + QString::number(QRandomGenerator::global()->generate()));
             part_.file = CreateLocked(path_);
@@ -180,6 +188,8 @@ void WriteBytes(const fs::path& path, std::string_view bytes)
     if (const auto refusal = NameRefusal(path)) Fail(path, refusal);
     if (replaces && !fs::is_regular_file(status)) Fail(path, Kind::NoOrdinaryFile);
     const auto target = FileMeant(path);
+    if (IsPartName(target))
+        Fail(path, std::make_error_code(std::errc::invalid_argument)); // a later save would remove it
     if (replaces && !IsWritable(target)) Fail(path, Kind::WriteProtected);
     try {
         PartFile part(target.parent_path());

@@ -24,6 +24,7 @@ QAction* MakeItem(const MenuRow& row, EventGate& gate, const PasteFile& pasteFil
     case MenuAction::Handler:
     case MenuAction::CheckHandler: break; // MenuItem connects these
     case MenuAction::Quit: QObject::connect(item, &QAction::triggered, &QApplication::closeAllWindows); break;
+    case MenuAction::Paste: item->setShortcuts(QKeySequence::Paste); [[fallthrough]]; // all that the desktop has
     default: ConnectEditItem(*item, row.action, gate, pasteFile, menu);
     }
     return item;

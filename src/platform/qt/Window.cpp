@@ -28,17 +28,13 @@ Qt::DropAction ActionFor(Qt::DropActions possible)
 
 void Window::Impl::dragEnterEvent(QDragEnterEvent* event)
 {
-    Answer(*event, [&] {
-        if (!event->mimeData()->hasUrls()) return false;
-        item_ = DraggedFile(event->mimeData());
-        dragInside_ = true;
-        return !window_.Event_DragEnter();
-    });
+    Answer(*event, [&] { return BeginDrag(*event); });
 }
 
+// A drag behind one whose source has died comes without entering.
 void Window::Impl::dragMoveEvent(QDragMoveEvent* event)
 {
-    Answer(*event, [&] { return !window_.Event_DragOver(); });
+    Answer(*event, [&] { return (IsOf(*event) || BeginDrag(*event)) && !window_.Event_DragOver(); });
 }
 
 void Window::Impl::dragLeaveEvent(QDragLeaveEvent* /*event*/)
@@ -52,8 +48,10 @@ void Window::Impl::dropEvent(QDropEvent* event)
 {
     auto turn = gate.TakeTurn();
     const auto action = ActionFor(event->possibleActions());
+    bool wanted = false;
+    if (turn && action != Qt::IgnoreAction) turn.Run([&] { wanted = IsOf(*event); });
     event->setDropAction(action);
-    event->setAccepted(turn && action != Qt::IgnoreAction);
+    event->setAccepted(wanted);
     if (!event->isAccepted()) return;
     dragInside_ = false;
     auto work = [this, turn = std::move(turn)] { turn.Run([this] { window_.Event_DropObject(item_); }); };
@@ -77,6 +75,20 @@ bool Window::Impl::eventFilter(QObject* /*object*/, QEvent* event)
     if (event->type() == QEvent::MouseMove || event->type() == QEvent::Enter || event->type() == QEvent::Leave)
         EndDrag();
     return false;
+}
+
+/// Whether the drag that is over the window is the one of `event`.
+bool Window::Impl::IsOf(const QDropEvent& event) const
+{
+    return dragInside_ && event.mimeData()->urls() == urls_;
+}
+
+bool Window::Impl::BeginDrag(const QDropEvent& event)
+{
+    urls_ = event.mimeData()->urls();
+    item_ = DraggedFile(event.mimeData());
+    dragInside_ = !urls_.isEmpty();
+    return dragInside_ && !window_.Event_DragEnter();
 }
 
 /// `takes` runs in a turn of its own and says whether the drag is wanted.

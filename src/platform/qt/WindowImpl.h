@@ -3,7 +3,9 @@
 
 #include "Window.h"
 
+#include <QList>
 #include <QMainWindow>
+#include <QUrl>
 
 class QDropEvent;
 
@@ -27,11 +29,14 @@ protected:
 
 private:
     void Answer(QDropEvent& event, const std::function<bool()>& takes);
+    [[nodiscard]] bool IsOf(const QDropEvent& event) const;
+    [[nodiscard]] bool BeginDrag(const QDropEvent& event);
     void EndDrag();
 
     Window& window_;
     bool dragInside_ = false;
-    DragItem item_; // as it was when the drag came over the window
+    QList<QUrl> urls_; // of the drag
+    DragItem item_;    // as it was when the drag came over the window
 };
 
 } // namespace platform
