@@ -94,21 +94,18 @@ TEST_F(RealDialogs, WhatIsTypedIsWhatIsWritten)
     }
 }
 
-TEST_F(RealDialogs, BoxShowsItsTextLetterForLetterAndUnwrapped)
+TEST_F(RealDialogs, BoxShowsItsTextLetterForLetter)
 {
-    const std::string longest(60, 'm');
     std::string seen;
-    While([&] { real->MsgBox("<b>&x\n\n" + longest); },
+    While([&] { real->MsgBox("<b>&x\n\ny"); },
           [&](QDialog& dialog) {
               const auto& box = dynamic_cast<QMessageBox&>(dialog);
-              const auto& label = *box.findChild<QLabel*>("qt_msgbox_label");
-              EXPECT_GE(label.width(), label.fontMetrics().horizontalAdvance(QString::fromStdString(longest)));
               EXPECT_EQ(box.textFormat(), Qt::PlainText);
-              seen = (box.windowTitle() + "|" + box.text()).toStdString();
               EXPECT_EQ(dialog.parentWidget(), main);
+              seen = (box.windowTitle() + "|" + box.text()).toStdString();
               dialog.accept();
           });
-    EXPECT_EQ(seen, "Tonfloss|<b>&x\n\n" + longest);
+    EXPECT_EQ(seen, "Tonfloss|<b>&x\n\ny");
 }
 
 TEST_F(RealDialogs, ReturnThatIsHeldDownAnswersNothing)

@@ -27,6 +27,18 @@ QWidget* MainWindow()
     return nullptr;
 }
 
+/// Makes the box as wide as the longest line of its text, as far as the toolkit lets it grow: it would break lines sooner.
+void SetWideText(QMessageBox& box, QString text)
+{
+    box.setText(text);
+    auto& label = *box.findChild<QLabel*>("qt_msgbox_label");
+    constexpr int kBesideText = 80; // pixels
+    const int room = std::min(box.screen()->size().width() - 480, 1000) - kBesideText;
+    const int wanted = label.fontMetrics().size(0, text).width();
+    label.setMinimumWidth(std::min(room, wanted));
+    if (wanted > room) box.setText(text.replace(QRegularExpression("(\\S{30})"), "\\1\u200B")); // where it may break
+}
+
 /// The toolkit reads double quotes as a list of names; here they are part of the one name.
 class SaveDialog : public QFileDialog {
 public:
@@ -61,15 +73,7 @@ public:
         QMessageBox box(MainWindow());
         box.setWindowTitle("Tonfloss");
         box.setTextFormat(Qt::PlainText);
-        auto text = FromUtf8(utf8);
-        box.setText(text);
-        // As wide as the longest line: the toolkit would wrap it at a width of its own.
-        auto& label = *box.findChild<QLabel*>("qt_msgbox_label");
-        const int room = box.screen()->availableSize().width() * 9 / 10;
-        const int wanted = label.fontMetrics().size(0, text).width();
-        label.setMinimumWidth(std::min(room, wanted));
-        if (wanted > room)
-            box.setText(text.replace(QRegularExpression("(\\S{40})"), "\\1\u200B")); // where it may break
+        SetWideText(box, FromUtf8(utf8));
         box.exec();
     }
 
