@@ -1,13 +1,6 @@
 // The real boxes and the real save dialog, answered by a timer that looks at them.
 #include "WindowTest.h"
 
-#include <QFileDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QTimer>
-
 namespace {
 
 class RealDialogs : public WindowTest {
@@ -26,15 +19,18 @@ protected:
         work();
     }
 
-    /// Types a name, presses Return, and answers the question whether to replace it with yes.
-    std::optional<path> SaveAs(const std::string& typed)
+    /// Types a name, presses Return, and answers the question whether to replace it. After a no the user cancels.
+    std::optional<path> SaveAs(const std::string& typed, QMessageBox::StandardButton answer = QMessageBox::Yes)
     {
         std::optional<path> chosen;
         While([&] { chosen = real->ShowModal(asked); },
               [&](QDialog& dialog) {
                   if (auto* const question = qobject_cast<QMessageBox*>(&dialog)) {
                       replaced = question->text().toStdString();
-                      question->button(QMessageBox::Yes)->click();
+                      EXPECT_EQ(question->defaultButton(), question->button(QMessageBox::No));
+                      question->button(answer)->click();
+                  } else if (answer == QMessageBox::No && !replaced.empty()) {
+                      dialog.reject();
                   } else {
                       auto& name = *dialog.findChild<QLineEdit*>("fileNameEdit");
                       name.setText(QString::fromStdString(typed));
@@ -89,14 +85,23 @@ TEST_F(RealDialogs, WhatIsTypedIsWhatIsWritten)
     for (const auto* const name : {"old.bin", "12\".bin"}) { // both ways ask before a file is replaced
         Write(name, "old");
         replaced.clear();
+        EXPECT_EQ(SaveAs(name, QMessageBox::No), std::nullopt);
         EXPECT_EQ(SaveAs(name), folder / name);
         EXPECT_EQ(replaced, std::string(name) + " already exists.\nDo you want to replace it?");
     }
 }
 
+TEST_F(RealDialogs, YieldLetsTheToolkitWork)
+{
+    bool worked = false;
+    QTimer::singleShot(0, main, [&] { worked = true; });
+    real->RuntimeBackgroundTask();
+    EXPECT_TRUE(worked);
+}
+
 TEST_F(RealDialogs, BoxShowsItsTextLetterForLetterAndUnwrapped)
 {
-    const std::string longest(60, 'm');
+    const auto longest = Times(11, "mmm ") + ".";
     std::string seen;
     While([&] { real->MsgBox("<b>&x\n\n" + longest); },
           [&](QDialog& dialog) {
@@ -111,10 +116,13 @@ TEST_F(RealDialogs, BoxShowsItsTextLetterForLetterAndUnwrapped)
     EXPECT_EQ(seen, "Tonfloss|<b>&x\n\n" + longest);
 }
 
-TEST_F(RealDialogs, ReturnThatIsHeldDownAnswersNothing)
+class HeldDown : public RealDialogs, public testing::WithParamInterface<Qt::Key> {};
+INSTANTIATE_TEST_SUITE_P(Keys, HeldDown, testing::Values(Qt::Key_Return, Qt::Key_Enter));
+
+TEST_P(HeldDown, AnswersNothing)
 {
     ShowPrompts();
-    QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
+    QKeyEvent repeated(QEvent::KeyPress, GetParam(), Qt::NoModifier, "\r", true);
     QApplication::sendEvent(&Find<QLineEdit>("TextFieldAudioAdresse"), &repeated);
     EXPECT_TRUE(dialogs.shown.empty());
     int looks = 0;
