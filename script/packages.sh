@@ -2,7 +2,7 @@
 # shellcheck shell=bash disable=SC2034
 
 packages_build=(g++ cmake ninja-build qt6-base-dev librsvg2-bin fonts-dejavu-core)
-packages_tests=(libgtest-dev libgmock-dev libz80ex-dev pasmo z80asm z80dasm)
+packages_tests=(libgtest-dev libgmock-dev libz80ex-dev pasmo)
 packages_bench=(libbenchmark-dev libxcb1-dev xauth)
 packages_desktop=(xvfb openbox xdotool wmctrl scrot)
 packages_pictures=(qt6ct qt6-translations-l10n fonts-liberation2 fonts-noto-core imagemagick)

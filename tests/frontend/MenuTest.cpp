@@ -1,17 +1,10 @@
 // The menus as they are used: by letter, by shortcut, by mouse.
 #include "WindowTest.h"
 
-#include <QClipboard>
-#include <QLineEdit>
-#include <QMenu>
-#include <QMenuBar>
-#include <QMimeData>
-#include <QPlainTextEdit>
-#include <QUrl>
+#include <cstdlib>
+#include <random>
 
 namespace {
-
-using testing::ElementsAre;
 
 class Menus : public WindowTest {
 protected:
@@ -21,10 +14,11 @@ protected:
         ShowPrompts();
     }
 
-    /// As a user at the keyboard: the menu's letter with Alt, then the item's.
+    /// As a user at the keyboard: Alt, the menu's letter, the item's.
     void Choose(Qt::Key menu, Qt::Key item)
     {
-        QTest::keyClick(main, menu, Qt::AltModifier);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Alt, Qt::AltModifier);
+        QTest::keyClick(QApplication::focusWidget(), menu);
         ASSERT_NE(QApplication::activePopupWidget(), nullptr);
         QTest::keyClick(QApplication::activePopupWidget(), item);
     }
@@ -44,42 +38,50 @@ protected:
 
 TEST_F(Menus, EditItemsWorkOnTheFieldByLetterAndByShortcut)
 {
-    const auto focusOn = [&](QWidget& widget) { widget.setFocus(); };
-    focusOn(field);
+    const auto letter = [&](Qt::Key key) { Choose(Qt::Key_E, key); };
+    const auto shortcut = [&](Qt::Key key) { QTest::keyClick(&field, key, Qt::ControlModifier); };
+    const auto fieldAndClipboard = [&] { return (field.text() + "|" + Clipboard()).toStdString(); };
     QTest::keyClicks(&field, "80C5");
-    Choose(Qt::Key_E, Qt::Key_A);
-    EXPECT_EQ(field.selectedText(), "80C5");
-    Choose(Qt::Key_E, Qt::Key_C);
-    EXPECT_EQ(Clipboard(), "80C5");
-    QTest::keyClick(&field, Qt::Key_End);
-    QTest::keyClicks(&field, "9");
-    QTest::keyClick(&field, Qt::Key_A, Qt::ControlModifier);
-    Choose(Qt::Key_E, Qt::Key_T);
-    EXPECT_EQ(field.text() + Clipboard(), "80C59");
-    Choose(Qt::Key_E, Qt::Key_U);
-    EXPECT_EQ(field.text(), "80C59");
-    QTest::keyClick(&field, Qt::Key_A, Qt::ControlModifier);
-    Choose(Qt::Key_E, Qt::Key_D);
-    EXPECT_EQ(field.text(), "");
-    QTest::keyClick(&field, Qt::Key_Z, Qt::ControlModifier); // shortcuts still work after the menu was open
-    EXPECT_EQ(field.text(), "80C59");
-    QTest::keyClick(&field, Qt::Key_X, Qt::ControlModifier);
-    QTest::keyClick(&field, Qt::Key_V, Qt::ControlModifier);
-    Choose(Qt::Key_E, Qt::Key_P);
-    EXPECT_EQ(field.text(), "80C5980C59");
+    letter(Qt::Key_A);
+    letter(Qt::Key_C);
+    EXPECT_EQ(fieldAndClipboard(), "80C5|80C5");
+    QTest::keyClicks(&field, "9AB"); // over the selection
+    shortcut(Qt::Key_A);
+    letter(Qt::Key_T);
+    EXPECT_EQ(fieldAndClipboard(), "|9AB");
+    letter(Qt::Key_U);
+    EXPECT_EQ(fieldAndClipboard(), "9AB|9AB");
+    shortcut(Qt::Key_A);
+    letter(Qt::Key_D);
+    EXPECT_EQ(fieldAndClipboard(), "|9AB");
+    shortcut(Qt::Key_Z); // shortcuts still work after the menu was open
+    shortcut(Qt::Key_A);
+    QTest::keyClicks(&field, "C");
+    shortcut(Qt::Key_A);
+    shortcut(Qt::Key_C);
+    shortcut(Qt::Key_X);
+    EXPECT_EQ(fieldAndClipboard(), "|C");
+    shortcut(Qt::Key_V);
+    letter(Qt::Key_P);
+    EXPECT_EQ(fieldAndClipboard(), "CC|C");
 }
 
-TEST_F(Menus, ListingCanBeSelectedAndCopiedAndHidesItsSelectionElsewhere)
+TEST_F(Menus, ListingAsAUserCopiesItIsTheRunBytesToAnAssembler)
 {
-    window.TextAreaCodeAusgabe.SetText("DATEN:\r\tDEFB 255\r");
+    std::mt19937 random(1600);
+    std::string samples;
+    for (int i = 0; i < 3000; ++i)
+        samples += std::string(random() % 5 != 0 ? 1 + random() % 40 : random() % 800, '\xC8') + '\x32';
+    menuBar.OptionDefBWindow.SetHasCheckMark(true);
+    Drop("noise.wav", WaveBytes().samples(samples));
+    dialogs.answer = folder / "SOUND";
+    Enter(U"80C5");
     area.setFocus();
     Choose(Qt::Key_E, Qt::Key_A);
     Choose(Qt::Key_E, Qt::Key_C);
-    EXPECT_EQ(Clipboard(), "DATEN:\n\tDEFB 255\n");
-    const auto& palette = area.palette();
-    EXPECT_EQ(palette.color(QPalette::Inactive, QPalette::Highlight), palette.color(QPalette::Base));
-    EXPECT_EQ(palette.color(QPalette::Inactive, QPalette::HighlightedText), palette.color(QPalette::Text));
-    EXPECT_NE(palette.color(QPalette::Active, QPalette::Highlight), palette.color(QPalette::Base));
+    Write("listing.asm", Clipboard().toStdString());
+    ASSERT_EQ(std::system(("cd " + folder.string() + " && pasmo listing.asm listing.bin").c_str()), 0);
+    EXPECT_EQ(Read(folder / "listing.bin") + std::string(2, '\0'), Read(folder / "SOUND").substr(131));
 }
 
 TEST_F(Menus, EditItemsAreEnabledJustWhenTheyCanAct)
@@ -100,23 +102,29 @@ TEST_F(Menus, EditItemsAreEnabledJustWhenTheyCanAct)
     EXPECT_EQ(enabled(), "Undo Cut Copy Clear SelectAll ");
     field.cut();
     EXPECT_EQ(enabled(), "Undo Paste ");
-    window.RadioButtonPC1600.SetFocus();
-    EXPECT_EQ(enabled(), "");
+    for (QWidget* const empty : std::initializer_list<QWidget*>{&area, main->centralWidget()}) {
+        empty->setFocus();
+        EXPECT_EQ(enabled(), "");
+    }
     CopyFile(Write("tone.wav", WaveBytes()));
     EXPECT_EQ(enabled(), "Paste ");
 }
 
 TEST_F(Menus, PasteConvertsAFileFromTheClipboardWhereverTheFocusIs)
 {
+    Choose(Qt::Key_E, Qt::Key_Escape); // with an empty clipboard, so that Paste was disabled
     CopyFile(Write("pasted.wav", WaveBytes().rate(8000)));
-    for (QWidget* const focus :
-         {static_cast<QWidget*>(&field), static_cast<QWidget*>(&area), static_cast<QWidget*>(main)}) {
+    for (QWidget* const focus : std::initializer_list<QWidget*>{&field, &area, main}) {
         focus->setFocus();
         window.SetTitle("");
         QTest::keyClick(focus, Qt::Key_V, Qt::ControlModifier);
         EXPECT_EQ(window.Title(), "pasted.wav / 44 Bytes / 8 kHz");
         EXPECT_EQ(field.text(), "");
     }
+    field.setFocus();
+    field.setText("80");
+    Choose(Qt::Key_E, Qt::Key_A);
+    EXPECT_EQ(field.selectedText(), "80"); // no other item takes the file
     CopyFile(Write("stereo.wav", WaveBytes().channels(2)));
     Choose(Qt::Key_E, Qt::Key_P);
     EXPECT_EQ(dialogs.shown.back(), "Falsches .Wav Format - Kein Mono !");
@@ -136,16 +144,15 @@ TEST_F(Menus, OptionAndInfo)
     Find<QAction>("InfoUeber").trigger();
     window.Language = "eng";
     Find<QAction>("InfoUeber").trigger();
-    EXPECT_THAT(
-        dialogs.shown,
-        ElementsAre("V.1.00 / 2023\n\nDas Programm wandelt Microsoft Wave Soundfiles in Sharp PC-1600 Sondfiles.\n"
-                    "\nGeschrieben von Jorin Falkenau\nErstellt mit C++ und Qt\n"
-                    "Lauffähig ab Windows 7 und OS X ab 10.7\n\n"
-                    "Mail: tonfloss@example.org\nWEB: https://tonfloss.example.org",
-                    "V.1.00 / 2023\n\nThese application converts Microsoft Wave sound files into Sharp PC-1600 "
-                    "sound files.\n\nThe application was programmed by Jorin Falkenau\nMade with C++ and Qt\n"
-                    "Run up Windows 7 and OS X up 10.7\n\n"
-                    "Mail: tonfloss@example.org\nWEB: https://tonfloss.example.org"));
+    // clang-format off
+    EXPECT_THAT(dialogs.shown, ElementsAre(
+        "V.1.00 / 2023\n\nDas Programm wandelt Microsoft Wave Soundfiles in Sharp PC-1600 Sondfiles.\n\n"
+        "Geschrieben von Jorin Falkenau\nErstellt mit C++ und Qt\nLauffähig ab Windows 7 und OS X ab 10.7\n\n"
+        "Mail: tonfloss@example.org\nWEB: https://tonfloss.example.org",
+        "V.1.00 / 2023\n\nThese application converts Microsoft Wave sound files into Sharp PC-1600 sound files.\n\n"
+        "The application was programmed by Jorin Falkenau\nMade with C++ and Qt\nRun up Windows 7 and OS X up 10.7\n\n"
+        "Mail: tonfloss@example.org\nWEB: https://tonfloss.example.org"));
+    // clang-format on
 }
 
 TEST_F(Menus, QuitClosesTheWindowByLetterAndByShortcut)
@@ -156,8 +163,18 @@ TEST_F(Menus, QuitClosesTheWindowByLetterAndByShortcut)
     EXPECT_TRUE(QTest::qWaitForWindowActive(main));
     QTest::keyClick(main, Qt::Key_Q, Qt::ControlModifier);
     EXPECT_FALSE(main->isVisible());
-    for (const auto* const item : main->menuBar()->findChildren<QAction*>())
-        EXPECT_TRUE(item->objectName().isEmpty() || item->isSeparator() || item->menuRole() == QAction::NoRole);
+    QString texts;
+    for (const auto* const menu : main->menuBar()->actions()) {
+        texts += menu->text() + ": ";
+        for (const auto* const item : menu->menu()->actions()) {
+            texts += item->text() + " " + item->shortcut().toString() + (item->isCheckable() ? "check, " : ", ");
+            EXPECT_TRUE(item->isSeparator() || item->menuRole() == QAction::NoRole);
+        }
+    }
+    EXPECT_EQ(texts,
+              "&File: &Quit Ctrl+Q, &Edit: &Undo Ctrl+Z,  , Cu&t Ctrl+X, &Copy Ctrl+C, &Paste Ctrl+V, &Delete ,  , "
+              "Select &All Ctrl+A, Option: Audio PC-1600 check,  , Audio PokEmul check,  , DEFB Window check, "
+              "Info: About , ");
 }
 
 } // namespace

@@ -1,16 +1,7 @@
 // The window as it is built, its start-up texts, and the choice of the target.
 #include "WindowTest.h"
 
-#include <QAction>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QRadioButton>
-#include <QScreen>
-
 namespace {
-
-using testing::ElementsAre;
 
 TEST(CentredOn, TruncatesTowardZero)
 {
@@ -25,38 +16,30 @@ TEST_F(WindowTest, StandsInTheMiddleWithEachControlInItsPlace)
     window.Show();
     const auto screen = QApplication::primaryScreen()->size();
     EXPECT_EQ(main->geometry().topLeft(), QPoint((screen.width() - 600) / 2, (screen.height() - 451) / 2));
+    const auto size = main->size();
     main->resize(900, 900);
     QApplication::processEvents();
+    EXPECT_EQ(main->size(), size);
     EXPECT_EQ(main->centralWidget()->size(), QSize(600, 451));
 
     DropTone(); // all controls show
-    std::vector<std::string> placed;
+    QString placed;
     QRegion taken;
     for (const auto& row : kControls) {
         const auto& control = Find<QWidget>(std::string(row.name).c_str());
         const QRect place(control.mapTo(main->centralWidget(), QPoint()), control.size());
+        placed += QString("%1,%2 %3x%4").arg(place.x()).arg(place.y()).arg(place.width()).arg(place.height());
         const auto* const label = qobject_cast<const QLabel*>(&control);
-        placed.push_back(QString("%1 %2,%3 %4x%5 %6")
-                             .arg(control.objectName())
-                             .arg(place.x())
-                             .arg(place.y())
-                             .arg(place.width())
-                             .arg(place.height())
-                             .arg(label && label->alignment() == Qt::AlignCenter ? "centred" : "")
-                             .trimmed()
-                             .toStdString());
+        placed += label != nullptr && label->alignment() == Qt::AlignCenter ? " centred; " : "; ";
         EXPECT_TRUE(control.isVisible());
         if (row.name == "Canvas1" || row.name == "Label4") continue; // over the text area, and behind the other prompts
         EXPECT_FALSE(taken.intersects(place)) << row.name;
         taken += place;
     }
-    EXPECT_THAT(placed, ElementsAre("LabelDragAndDrop 20,48 560x29 centred", "TextAreaCodeAusgabe 20,153 560x246",
-                                    "Canvas1 222,204 156x156", "TextFieldAudioAdresse 373,88 110x22",
-                                    "Label2 486,89 54x20 centred", "Label1 49,88 312x20", "Label3 59,20 521x20 centred",
-                                    "RadioButtonPC1600 59,411 163x20", "RadioButtonPokEmul 329,411 211x20",
-                                    "Label4 49,104 312x52"));
-    const auto pixels = [&](const char* name) { return Find<QLabel>(name).fontInfo().pixelSize(); };
-    EXPECT_GT(pixels("LabelDragAndDrop"), pixels("Label3") + 4); // the big line
+    EXPECT_EQ(placed, "20,48 560x29 centred; 20,153 560x246; 222,204 156x156; 373,88 110x22; 486,89 54x20 centred; "
+                      "49,88 312x20; 59,20 521x20 centred; 59,411 163x20; 329,411 211x20; 49,104 312x52; ");
+    EXPECT_EQ(QApplication::windowIcon().actualSize({256, 256}), QSize(256, 256));
+    EXPECT_EQ(Find<QLabel>("LabelDragAndDrop").fontInfo().pixelSize(), 24);
     const auto& radio = Find<QRadioButton>("RadioButtonPokEmul"); // its caption is the longer one
     EXPECT_EQ(radio.fontInfo().pixelSize(), Find<QRadioButton>("RadioButtonPC1600").fontInfo().pixelSize());
     EXPECT_LE(radio.fontMetrics().horizontalAdvance(radio.text()), 211 - 20); // beside its ring
@@ -66,10 +49,10 @@ TEST_F(WindowTest, StandsInTheMiddleWithEachControlInItsPlace)
                  Find<QLineEdit>("TextFieldAudioAdresse").acceptDrops());
     const auto picture = Find<QWidget>("Canvas1").grab().toImage();
     std::set<QRgb> colours;
-    for (int y = 0; y < picture.height(); ++y)
-        for (int x = 0; x < picture.width(); ++x)
+    for (int y = picture.height() / 2; y < picture.height(); ++y)
+        for (int x = picture.width() / 2; x < picture.width(); ++x)
             colours.insert(picture.pixel(x, y));
-    EXPECT_GT(colours.size(), 10U); // it is drawn
+    EXPECT_GT(colours.size(), 10U); // it is drawn, and fills its place
 }
 
 TEST_F(WindowTest, TextsFitTheirBoxesAndBlackIsTheDesktopsOwnColour)
@@ -81,6 +64,29 @@ TEST_F(WindowTest, TextsFitTheirBoxesAndBlackIsTheDesktopsOwnColour)
     EXPECT_EQ(label.palette().color(QPalette::WindowText), QColor(0xFF, 0, 0));
     window.Label2.SetTextColor(0);
     EXPECT_EQ(label.palette().color(QPalette::WindowText), QApplication::palette().color(QPalette::WindowText));
+    const auto& listing = Find<QWidget>("TextAreaCodeAusgabe").palette(); // hides its selection without the focus
+    EXPECT_EQ(listing.color(QPalette::Inactive, QPalette::Highlight), listing.color(QPalette::Base));
+    EXPECT_EQ(listing.color(QPalette::Inactive, QPalette::HighlightedText), listing.color(QPalette::Text));
+    EXPECT_NE(listing.color(QPalette::Active, QPalette::Highlight), listing.color(QPalette::Base));
+}
+
+TEST_F(WindowTest, ScreenReaderAndTabKeyFindTheControls)
+{
+    ShowPrompts();
+    const auto spoken = [&](const char* name) {
+        auto& control = *QAccessible::queryAccessibleInterface(&Find<QWidget>(name));
+        return (control.text(QAccessible::Name) + "|" + control.text(QAccessible::Description)).toStdString();
+    };
+    EXPECT_EQ(spoken("Label2") + spoken("RadioButtonPC1600") + spoken("RadioButtonPokEmul"),
+              "(Enter)|PC-1600 Soundfiles|PokEmul Emulator Soundfiles|");
+    EXPECT_EQ(spoken("TextAreaCodeAusgabe"), "DEFB listing|");
+    EXPECT_EQ(spoken("Canvas1"), "A wave becomes a square wave on a pocket computer|");
+    EXPECT_EQ(spoken("TextFieldAudioAdresse"), "Lade-/Startaddresse Audiofile (Hexadezimal):|"
+                                               "Mit 32KB Erweiterung > =80C5\nOhne 32KB Erweiterung > =C0C5");
+    for (const auto* const reached : {"TextFieldAudioAdresse", "RadioButtonPC1600", "TextAreaCodeAusgabe"}) {
+        EXPECT_EQ(QApplication::focusWidget()->objectName(), reached);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
 }
 
 class Target : public WindowTest {
@@ -106,8 +112,8 @@ TEST_F(Target, StartsInEnglishForThePC1600)
     EXPECT_EQ(window.LabelDragAndDrop.Text(), "Drag .wav file into the window");
     EXPECT_EQ(window.Label3.Text(), "Use sample format 6000 Hz - 11025 Hz / 8 bit depth / PCM / mono");
     EXPECT_TRUE(window.Canvas1.Visible() && window.TextAreaCodeAusgabe.Visible());
-    EXPECT_FALSE(window.TextFieldAudioAdresse.Visible() || window.Label1.Visible() || window.Label2.Visible() ||
-                 window.Label4.Visible() || menuBar.OptionDefBWindow.HasCheckMark());
+    EXPECT_EQ(Prompts(), "");
+    EXPECT_FALSE(menuBar.OptionDefBWindow.HasCheckMark());
 }
 
 TEST_F(Target, MenuAndRadioButtonsStayInStepAndCloseAnOpenEntry)
@@ -122,6 +128,10 @@ TEST_F(Target, MenuAndRadioButtonsStayInStepAndCloseAnOpenEntry)
                         {[&] { radioPC1600.click(); }, false, "Klangfloss PC-1600", "Tonfloss PC-1600"},
                         {[&] { radioPokEmul.click(); }, true, "Klangfloss PokEmul", "Tonfloss PokEmul"},
                         {[&] { optionSharp.trigger(); }, false, "Klangfloss PC-1600", "Tonfloss für PC-1600"}};
+    window.Label3.SetText("no entry is open");
+    optionPokEmul.trigger();
+    optionSharp.trigger();
+    EXPECT_EQ(window.Label3.Text(), "no entry is open");
     for (const auto* const language : {"ger", "eng"}) {
         window.Language = language;
         for (const auto& [choose, toPokEmul, ger, eng] : ways) {
@@ -129,12 +139,12 @@ TEST_F(Target, MenuAndRadioButtonsStayInStepAndCloseAnOpenEntry)
             choose();
             ExpectTarget(toPokEmul, window.Language == "ger" ? ger : eng);
             // The image that waited for its address was made for the other target.
-            EXPECT_FALSE(window.TextFieldAudioAdresse.Visible() || window.Label4.Visible());
+            EXPECT_EQ(Prompts(), "");
             EXPECT_THAT(window.Label3.Text(), testing::StartsWith(window.Language == "ger" ? "Benutze" : "Use sample"));
-            window.Label3.SetText("no entry is open");
+            DropTone();
             choose(); // the chosen target once more
-            ExpectTarget(toPokEmul, window.Language == "ger" ? ger : eng);
-            EXPECT_EQ(window.Label3.Text(), "no entry is open");
+            ExpectTarget(toPokEmul, "tone.wav / 204 Bytes / 11.025 kHz");
+            EXPECT_TRUE(window.TextFieldAudioAdresse.Visible());
         }
     }
 }

@@ -1,13 +1,6 @@
 // The real boxes and the real save dialog, answered by a timer that looks at them.
 #include "WindowTest.h"
 
-#include <QFileDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QTimer>
-
 namespace {
 
 class RealDialogs : public WindowTest {
@@ -26,15 +19,18 @@ protected:
         work();
     }
 
-    /// Types a name, presses Return, and answers the question whether to replace it with yes.
-    std::optional<path> SaveAs(const std::string& typed)
+    /// Types a name, presses Return, and answers the question whether to replace it. After a no the user cancels.
+    std::optional<path> SaveAs(const std::string& typed, QMessageBox::StandardButton answer = QMessageBox::Yes)
     {
         std::optional<path> chosen;
         While([&] { chosen = real->ShowModal(asked); },
               [&](QDialog& dialog) {
                   if (auto* const question = qobject_cast<QMessageBox*>(&dialog)) {
                       replaced = question->text().toStdString();
-                      question->button(QMessageBox::Yes)->click();
+                      EXPECT_EQ(question->defaultButton(), question->button(QMessageBox::No));
+                      question->button(answer)->click();
+                  } else if (answer == QMessageBox::No && !replaced.empty()) {
+                      dialog.reject();
                   } else {
                       auto& name = *dialog.findChild<QLineEdit*>("fileNameEdit");
                       name.setText(QString::fromStdString(typed));
@@ -89,9 +85,18 @@ TEST_F(RealDialogs, WhatIsTypedIsWhatIsWritten)
     for (const auto* const name : {"old.bin", "12\".bin"}) { // both ways ask before a file is replaced
         Write(name, "old");
         replaced.clear();
+        EXPECT_EQ(SaveAs(name, QMessageBox::No), std::nullopt);
         EXPECT_EQ(SaveAs(name), folder / name);
         EXPECT_EQ(replaced, std::string(name) + " already exists.\nDo you want to replace it?");
     }
+}
+
+TEST_F(RealDialogs, YieldLetsTheToolkitWork)
+{
+    bool worked = false;
+    QTimer::singleShot(0, main, [&] { worked = true; });
+    real->RuntimeBackgroundTask();
+    EXPECT_TRUE(worked);
 }
 
 TEST_F(RealDialogs, BoxShowsItsTextLetterForLetter)
@@ -108,16 +113,25 @@ TEST_F(RealDialogs, BoxShowsItsTextLetterForLetter)
     EXPECT_EQ(seen, "Tonfloss|<b>&x\n\ny");
 }
 
-TEST_F(RealDialogs, ReturnThatIsHeldDownAnswersNothing)
+class HeldDown : public RealDialogs, public testing::WithParamInterface<Qt::Key> {};
+INSTANTIATE_TEST_SUITE_P(Keys, HeldDown, testing::Values(Qt::Key_Return, Qt::Key_Enter));
+
+TEST_P(HeldDown, AnswersNothing)
 {
     ShowPrompts();
-    QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
-    QApplication::sendEvent(&Find<QLineEdit>("TextFieldAudioAdresse"), &repeated);
+    QKeyEvent repeated(QEvent::KeyPress, GetParam(), Qt::NoModifier, "\r", true);
+    QKeyEvent released(QEvent::KeyRelease, GetParam(), Qt::NoModifier, "\r");
+    QKeyEvent unmarked(QEvent::KeyPress, GetParam(), Qt::NoModifier, "\r"); // so come many, in the same millisecond
+    released.setTimestamp(1600);
+    unmarked.setTimestamp(1600);
+    for (auto* const event : {&repeated, &released, &unmarked})
+        QApplication::sendEvent(&Find<QLineEdit>("TextFieldAudioAdresse"), event);
     EXPECT_TRUE(dialogs.shown.empty());
     int looks = 0;
     const auto hold = [&](QDialog& dialog) {
         if (++looks > 3) return dialog.reject();
-        if (auto* const focus = dialog.focusWidget()) QApplication::sendEvent(focus, &repeated);
+        for (auto* const event : {&repeated, &released, &unmarked})
+            if (auto* const focus = dialog.focusWidget()) QApplication::sendEvent(focus, event);
     };
     While([&] { real->MsgBox("stands"); }, hold);
     EXPECT_EQ(std::exchange(looks, 0), 4);

@@ -1,24 +1,14 @@
 // The program as a shell starts it: what it says, with which status, and what it leaves in the folder.
-#include "SoundFiles.h"
+#include "KnownFile.h"
 
 #include <gtest/gtest.h>
 
 #include <sys/wait.h>
-#include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <tuple>
 #include <vector>
 
 namespace {
-
-std::string Read(const std::string& file)
-{
-    return (std::ostringstream() << std::ifstream(file, std::ios::binary).rdbuf()).str();
-}
 
 class Program : public testing::Test {
 protected:
@@ -43,7 +33,7 @@ protected:
     }
     std::string State() { return Shell("ls -A; cksum SOUND.bin old.wav"), out; }
 
-    const std::string folder = testing::TempDir() + "/tonfloss-preview-" + std::to_string(getpid());
+    const std::string folder = NewFolder();
     std::string out;
     std::string err;
 };

@@ -1,6 +1,6 @@
 // What is taken for a sound file, and what the report tells about it.
+#include "KnownFile.h"
 #include "Report.h"
-#include "SoundFiles.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,8 @@
 // The Wave file, listened to: edges where the port has them, no tones that it hasn't.
 #include "SquareWave.h"
-#include "SoundFiles.h"
+#include "KnownFile.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>

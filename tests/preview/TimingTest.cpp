@@ -1,6 +1,6 @@
 // The times that the preview works with, held against a Z80 that runs the same file.
 #include "Timing.h"
-#include "SoundFiles.h"
+#include "KnownFile.h"
 #include "Z80Machine.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ TEST(Timing, IsThatOfTheMachineToTheCycle)
         for (const long waits : {0, 1})
             for (const auto& header : {kFileHeader, std::string()}) {
                 const auto player = PokEmulFile(rateByte, runBytes);
-                const auto levels = Play(player, waits).levels;
+                const auto levels = Play(player, waits);
                 const auto writes = PerformanceOf(std::get<SoundFile>(ParseSoundFile(header + player)), waits).writes;
                 ASSERT_EQ(levels.size(), 40U);
                 ASSERT_EQ(writes.size(), 40U);

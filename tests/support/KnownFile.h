@@ -1,8 +1,24 @@
-// KnownFile.h: a sound file whose every byte is known.
+// KnownFile.h: a sound file whose every byte is known, and what reads and makes such files.
 #pragma once
 
+#include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <string>
+
+#include <cstdlib>
+
+/// An empty folder for one test.
+inline std::filesystem::path NewFolder()
+{
+    auto name = (std::filesystem::temp_directory_path() / "tonfloss-XXXXXX").string();
+    return mkdtemp(name.data());
+}
+
+inline std::string Read(const std::filesystem::path& file)
+{
+    return (std::ostringstream() << std::ifstream(file, std::ios::binary).rdbuf()).str();
+}
 
 inline std::string Bytes(const std::string& hex)
 {
@@ -21,3 +37,11 @@ inline const std::string kPlayer =
           "28 02 06 01 10 fe e1 c1 c9 0b cd 12 01 cd 09 01 3e 0d 11 1e 81 cd eb 00 c9 74 6f 6e 65 2e 77 61 "
           "76 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 0d");
 inline const std::string kRunBytes = Bytes("05 08 08 08 08 08 08 08 08 08 08 08 08 08 08 08 08 08 08 08 ff 00 00");
+
+/// A PokEmul file: the known player with another rate byte, the run bytes, the end mark, two zeros.
+inline std::string PokEmulFile(char rateByte, const std::string& runBytes)
+{
+    auto player = kPlayer;
+    player[73] = rateByte;
+    return player + runBytes + std::string("\xFF\0\0", 3);
+}

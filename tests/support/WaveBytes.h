@@ -30,21 +30,24 @@ private:
     std::string bytes_;
 };
 
+inline std::string Times(std::size_t count, std::string_view text)
+{
+    std::string all;
+    for (; count > 0; --count)
+        all += text;
+    return all;
+}
+
 /// Periods of `period` samples, the first half high; `runBytes` run bytes, the end mark included.
 /// Requires: period below 254.
 inline std::string Tone(std::size_t period, std::size_t runBytes)
 {
-    std::string samples(1, '\x32');
-    for (std::size_t i = 1; i < runBytes; ++i)
-        samples += std::string(period / 2, '\xC8') + std::string(period - period / 2, '\x32');
-    return samples + "\x32\x32";
+    const auto one = std::string(period / 2, '\xC8') + std::string(period - period / 2, '\x32');
+    return '\x32' + Times(runBytes - 1, one) + "\x32\x32";
 }
 
 /// The two halves of four samples in turn, 160 samples in all: the run bytes are 5, nineteen times 8, and 255.
 inline std::string ToneOf160()
 {
-    std::string samples;
-    for (int i = 0; i < 20; ++i)
-        samples += "\xC8\xC8\xC8\xC8\x32\x32\x32\x32";
-    return samples;
+    return Times(20, "\xC8\xC8\xC8\xC8\x32\x32\x32\x32");
 }

@@ -4,21 +4,15 @@
 #include "App.h"
 #include "FakeDialogs.h"
 #include "Files.h"
+#include "KnownFile.h"
 #include "WaveBytes.h"
 
-#include <QApplication>
-#include <QMainWindow>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
-
-#include <cstdlib>
+using testing::ElementsAre;
 
 inline constexpr auto kNotSaved = "Ups! Da ist ein Fehler passiert.\nPC-1600 Soundfile nicht erstellt!";
 inline constexpr auto kSaved = "PC-1600 Soundfile erfogreich erstellt !";
@@ -33,11 +27,6 @@ protected:
     {
         std::ofstream(folder / name, std::ios::binary) << bytes;
         return folder / name;
-    }
-    static std::string Read(const path& file)
-    {
-        std::ifstream stream(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
     }
 
     void Drop(const platform::DragItem& item)
@@ -71,25 +60,24 @@ protected:
         dialogs.shown.clear();
     }
 
-private:
-    static path MakeFolder()
+    /// The prompts for the address that are open.
+    std::string Prompts() const
     {
-        auto name = (std::filesystem::temp_directory_path() / "tonfloss-XXXXXX").string();
-        return mkdtemp(name.data());
-    }
-    static QMainWindow* MainWindow()
-    {
-        for (auto* const each : QApplication::topLevelWidgets())
-            if (auto* const found = qobject_cast<QMainWindow*>(each)) return found;
-        return nullptr;
+        std::string shown;
+        for (const auto* const name : {"TextFieldAudioAdresse", "Label1", "Label2", "Label4"})
+            if (!Find<QWidget>(name).isHidden()) shown += std::string(name) + " ";
+        return shown;
     }
 
-protected:
-    const path folder = MakeFolder();
+    const path folder = NewFolder();
     FakeDialogs dialogs;
     App app{dialogs};
     Window1& window = app.Window;
     MainMenuBar& menuBar = app.MenuBar;
     platform::EventGate& gate = app.Gate;
-    QMainWindow* const main = MainWindow();
+    QMainWindow* const main = [] {
+        const auto isMain = [](const auto* each) { return qobject_cast<const QMainWindow*>(each) != nullptr; };
+        const auto windows = QApplication::topLevelWidgets();
+        return qobject_cast<QMainWindow*>(*std::ranges::find_if(windows, isMain));
+    }();
 };

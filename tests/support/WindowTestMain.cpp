@@ -1,5 +1,9 @@
 #include "Application.h"
 
+#include <QApplication>
+#include <QFont>
+#include <QPalette>
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -10,5 +14,9 @@ int main(int argc, char** argv)
     setenv("QT_QPA_PLATFORM", "offscreen", 1); // no screen is needed
     setenv("LC_ALL", "C.UTF-8", 1);
     const platform::Application application(argc, argv);
+    QApplication::setFont(QFont("DejaVu Sans")); // the same widths and colours wherever the tests run
+    QPalette dark(QColor(40, 40, 40));
+    dark.setColor(QPalette::HighlightedText, Qt::black);
+    QApplication::setPalette(dark);
     return RUN_ALL_TESTS();
 }

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# windows_test.sh BUILD ZIP OUT: the program for Windows, out of its zip, under Wine in a home of its own: real drags, typed
+# use_windows_package.sh BUILD ZIP OUT: the program for Windows, out of its zip, under Wine in a home of its own: real drags, typed
 # addresses and saves, every byte of the files, what each message says, and what a run leaves behind. BUILD is one for
 # this machine; its drag_source is what is dragged from. OUT gets screenshots, also of a failure.
 set -euo pipefail
@@ -9,7 +9,7 @@ mkdir -p "$3"
 out=$(cd "$3" && pwd)
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=script/desktop/desktop.sh
-. "$here/../../script/desktop/desktop.sh"
+. "$here/desktop.sh"
 patience=60
 export WINEPREFIX=$desktop_scratch/wine WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml='
 trap 'screenshot "$out/end.png" || true; wineserver -k || true; desktop_end' EXIT
@@ -34,7 +34,7 @@ diff - <(cd "$programs" && find . -type f ! -path './licences/*' | LC_ALL=C sort
 LIST
 
 # The file of KnownFile.h, but for its title: Größe ü.wav.
-expected=$(grep -oE '"[0-9a-f ]+"' "$here/../support/KnownFile.h" | tr -d '"' | tr '\n' ' ' |
+expected=$(grep -oE '"[0-9a-f ]+"' "$here/../../tests/support/KnownFile.h" | tr -d '"' | tr '\n' ' ' |
     sed 's/74 6f 6e 65 2e 77 61  *76 00 00 00/47 72 f6 df 65 20 fc 2e 77 61 76/')
 expect_image() {
     diff <(tr -s ' ' '\n' <<<"$expected" | grep .) <(od -An -v -tx1 -w1 "$1" | tr -d ' ') || fail "$1 is another image"
