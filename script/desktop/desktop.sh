@@ -24,7 +24,7 @@ fail() {
 }
 
 # wait_for WHAT COMMAND...: until the command succeeds, `patience` seconds at most.
-patience=10
+patience=30
 wait_for() {
     local what=$1 i
     shift

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# use_windows_package.sh BUILD ZIP OUT: the program for Windows, out of its zip, under Wine in a home of its own: real drags, typed
-# addresses and saves, every byte of the files, what each message says, and what a run leaves behind. BUILD is one for
-# this machine; its drag_source is what is dragged from. OUT gets screenshots, also of a failure.
+# use_windows_package.sh BUILD ZIP OUT: the program for Windows, out of its zip, under Wine in a home of its own: real
+# drags, typed addresses and saves, every byte of the files, what each message says, and what a run leaves behind. BUILD
+# is one for this machine; its drag_source is what is dragged from. OUT gets screenshots, also of a failure.
 set -euo pipefail
 build=$(cd "$1" && pwd)
 zip=$(realpath "$2")

@@ -34,7 +34,7 @@ void Window::Impl::dragEnterEvent(QDragEnterEvent* event)
 // A drag behind one whose source has died comes without entering.
 void Window::Impl::dragMoveEvent(QDragMoveEvent* event)
 {
-    Answer(*event, [&] { return (IsOf(*event) || BeginDrag(*event)) && !window_.Event_DragOver(); });
+    Answer(*event, [&] { return DragOver(*event); });
 }
 
 void Window::Impl::dragLeaveEvent(QDragLeaveEvent* /*event*/)
@@ -49,7 +49,7 @@ void Window::Impl::dropEvent(QDropEvent* event)
     auto turn = gate.TakeTurn();
     const auto action = ActionFor(event->possibleActions());
     bool wanted = false;
-    if (turn && action != Qt::IgnoreAction) turn.Run([&] { wanted = IsOf(*event); });
+    if (turn && action != Qt::IgnoreAction) turn.Run([&] { wanted = IsOf(*event) || DragOver(*event); });
     event->setDropAction(action);
     event->setAccepted(wanted);
     if (!event->isAccepted()) return;
@@ -68,12 +68,12 @@ void Window::Impl::showEvent(QShowEvent* /*event*/)
     windowHandle()->installEventFilter(this);
 }
 
-// No pointer event comes while a drag is under way. If the program that the file comes from has died, nobody says that
-// the drag is over, but the pointer is back.
+// If the program that the file comes from has died, nobody says that the drag is over, but the pointer is back.
 bool Window::Impl::eventFilter(QObject* /*object*/, QEvent* event)
 {
-    if (event->type() == QEvent::MouseMove || event->type() == QEvent::Enter || event->type() == QEvent::Leave)
-        EndDrag();
+    const bool pointer = event->type() == QEvent::MouseMove || event->type() == QEvent::Enter;
+    if (pointer && static_cast<QSinglePointEvent*>(event)->buttons() == Qt::NoButton)
+        EndDrag(); // NOLINT: the type tells
     return false;
 }
 
@@ -89,6 +89,11 @@ bool Window::Impl::BeginDrag(const QDropEvent& event)
     item_ = DraggedFile(event.mimeData());
     dragInside_ = !urls_.isEmpty();
     return dragInside_ && !window_.Event_DragEnter();
+}
+
+bool Window::Impl::DragOver(const QDropEvent& event)
+{
+    return (IsOf(event) || BeginDrag(event)) && !window_.Event_DragOver();
 }
 
 /// `takes` runs in a turn of its own and says whether the drag is wanted.

@@ -31,6 +31,7 @@ private:
     void Answer(QDropEvent& event, const std::function<bool()>& takes);
     [[nodiscard]] bool IsOf(const QDropEvent& event) const;
     [[nodiscard]] bool BeginDrag(const QDropEvent& event);
+    [[nodiscard]] bool DragOver(const QDropEvent& event);
     void EndDrag();
 
     Window& window_;
