@@ -38,7 +38,7 @@ TEST_F(WindowTest, StandsInTheMiddleWithEachControlInItsPlace)
     }
     EXPECT_EQ(placed, "20,48 560x29 centred; 20,153 560x246; 222,204 156x156; 373,88 110x22; 486,89 54x20 centred; "
                       "49,88 312x20; 59,20 521x20 centred; 59,411 163x20; 329,411 211x20; 49,104 312x52; ");
-    EXPECT_EQ(QApplication::windowIcon().actualSize({256, 256}), QSize(256, 256));
+    EXPECT_EQ(QApplication::windowIcon().actualSize({64, 64}), QSize(64, 64));
     EXPECT_EQ(Find<QLabel>("LabelDragAndDrop").fontInfo().pixelSize(), 24);
     const auto& radio = Find<QRadioButton>("RadioButtonPokEmul"); // its caption is the longer one
     EXPECT_EQ(radio.fontInfo().pixelSize(), Find<QRadioButton>("RadioButtonPC1600").fontInfo().pixelSize());

@@ -89,6 +89,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     window.Language = (switches & kEnglish) != 0 ? "eng" : "ger";
     app.MenuBar.OptionDefBWindow.SetHasCheckMark((switches & kListing) != 0);
     const bool pokEmul = (switches & kPokEmul) != 0;
+    window.OptionAudioSharp_Action();
     window.OptionAudioPokEmul_Action();
     if (!pokEmul) window.OptionAudioSharp_Action(); // there and back: no prompt is open
 

@@ -37,7 +37,7 @@ Application::Application(int& argc, char** argv)
     // After the first frame, which doesn't need it: the icon has several sizes to read.
     const auto showIcon = [] {
         QIcon icon;
-        for (const int pixels : {16, 24, 32, 48, 64, 128, 256})
+        for (const int pixels : {16, 32, 48, 64})
             icon.addFile(QString(":/tonfloss-%1.png").arg(pixels));
         QApplication::setWindowIcon(icon);
     };
