@@ -140,6 +140,12 @@ message "PC-1600 Soundfile erfogreich erstellt !"
 expect_image old.bin
 program_end
 
+wine "$programs/tonfloss-preview.exe" "Klänge fürs Gerät.bin" -o "gehört ü.wav" | tr -d '\r' >report
+"$build/src/preview/tonfloss-preview" "Klänge fürs Gerät.bin" -o here.wav | diff - report || fail "the preview says something else"
+cmp here.wav "gehört ü.wav" || fail "the preview sounds different"
+wine "$programs/tonfloss-preview.exe" old.bin -o - 2>/dev/null | cmp - here.wav || fail "the preview pipes something else"
+rm report here.wav "gehört ü.wav"
+
 diff <(cat <<<"$before") <(profile) || fail "the program left something behind in the profile or the registry"
 diff - <(find . -type f | LC_ALL=C sort) <<'LIST' || fail "there are other files beside the saved ones"
 ./Größe ü.wav

@@ -34,7 +34,6 @@ Window1::Window1(platform::EventGate& gate, MainMenuBar& menuBar, platform::Dial
       dialogs_(dialogs),
       RuntimeBackgroundTask([this] { dialogs_.RuntimeBackgroundTask(); })
 {
-    RadioButtonPC1600.SetValue(true);
     Label1.SetNames(TextFieldAudioAdresse);
     Label4.SetDescribes(TextFieldAudioAdresse);
     AddHandlers();

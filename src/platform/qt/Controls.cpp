@@ -247,7 +247,6 @@ TextArea::TextArea(Window& parent, const ControlRow& row) : Control(parent, row,
     area.setReadOnly(true);
     area.setLineWrapMode(QPlainTextEdit::NoWrap);
     area.setAcceptDrops(false); // a dragged file is for the window
-    area.viewport()->setAcceptDrops(false);
 }
 
 void TextArea::SetText(std::string text)
