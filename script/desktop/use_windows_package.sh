@@ -127,6 +127,10 @@ message "PC-1600 Soundfile nicht erstellt!"
 message "locked.bin: Diese Datei ist schreibgeschützt."
 [ "$(<locked.bin)" = "the old file" ] || fail "the write-protected file is another one now"
 press Return # the address still stands
+save_as "$dos_folder/NUL.bin" # a device, whatever stands behind the point
+message "PC-1600 Soundfile nicht erstellt!"
+message "NUL.bin: "
+press Return
 save_as "$dos_folder/Klänge fürs Gerät.bin"
 message "PC-1600 Soundfile erfogreich erstellt !"
 expect_image "Klänge fürs Gerät.bin"
