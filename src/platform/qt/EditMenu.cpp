@@ -13,6 +13,8 @@
 namespace platform {
 namespace {
 
+constexpr unsigned long kHover = 300; // ms, like a quick drag: a file that is being written changes meanwhile
+
 /// The text that the user is in. The menu bar takes the focus while it is used by keyboard; that doesn't count.
 QWidget* FocusedText()
 {
@@ -75,8 +77,6 @@ bool CanEditFocusedText(MenuAction action)
     if (const auto* const area = qobject_cast<QPlainTextEdit*>(text)) return CanEdit(*area, action);
     return false;
 }
-
-constexpr unsigned long kHover = 300; // ms; as short as a drag hovers: a file that is being written changes meanwhile
 
 void EditFocusedText(MenuAction action)
 {
