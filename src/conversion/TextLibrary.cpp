@@ -60,7 +60,8 @@ double Val(std::u32string_view s)
 std::string Str(double v)
 {
     std::array<char, 400> digits{}; // the longest double has 309 digits before its point
-    return {digits.data(), std::to_chars(digits.begin(), digits.end(), v, std::chars_format::fixed).ptr};
+    return {digits.data(),
+            std::to_chars(digits.data(), digits.data() + digits.size(), v, std::chars_format::fixed).ptr};
 }
 
 char32_t Asc(std::u32string_view s)

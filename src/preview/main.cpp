@@ -60,8 +60,9 @@ bool Complain(std::string_view what, std::string_view reason)
 bool TakeNumber(const char* name, std::int64_t least, std::int64_t most, std::int64_t& number)
 {
     const std::string_view text = optarg;
-    const auto [end, error] = std::from_chars(text.begin(), text.end(), number);
-    if (error == std::errc() && end == text.end() && number >= least && number <= most) return true;
+    const auto* const textEnd = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), textEnd, number);
+    if (error == std::errc() && end == textEnd && number >= least && number <= most) return true;
     return Complain(name, std::string(text) + " is no whole number from " + std::to_string(least) + " to " +
                               std::to_string(most));
 }
