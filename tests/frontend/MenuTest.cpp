@@ -106,6 +106,10 @@ TEST_F(Menus, EditItemsAreEnabledJustWhenTheyCanAct)
         empty->setFocus();
         EXPECT_EQ(enabled(), "");
     }
+    auto* const noAddress = new QMimeData;
+    noAddress->setData("text/uri-list", "\r\n"); // offers addresses and has none
+    QApplication::clipboard()->setMimeData(noAddress);
+    EXPECT_EQ(enabled(), "");
     CopyFile(Write("tone.wav", WaveBytes()));
     EXPECT_EQ(enabled(), "Paste ");
 }

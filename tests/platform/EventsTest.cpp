@@ -8,7 +8,7 @@ namespace {
 class Events : public WindowTest {
 protected:
     static constexpr auto kRefused = Qt::TargetMoveAction;
-    enum Steps { kOver, kDrop, kOverAndDrop, kMoveAndDrop };
+    enum Steps { kOver, kDrop, kOverAndDrop, kMoveAndDrop, kDeadDrop };
 
     /// Drags the addresses over the window and drops them there; the last answer.
     Qt::DropAction Drag(const std::vector<std::string>& urls,
@@ -20,13 +20,15 @@ protected:
         for (const auto& url : urls)
             list.append(QUrl::fromEncoded(QByteArray::fromStdString(url)));
         if (!list.isEmpty()) data.setUrls(list);
+        if (steps == kDeadDrop) data.setData("text/uri-list", "\r\n");
         QDragEnterEvent enter({10, 10}, possible, &data, Qt::LeftButton, Qt::NoModifier);
         QDragMoveEvent move({10, 20}, possible, &data, Qt::LeftButton, Qt::NoModifier);
         QDropEvent drop({10, 20}, possible, &data, Qt::LeftButton, Qt::NoModifier);
         auto answer = kRefused;
         for (auto* const event : std::initializer_list<QDropEvent*>{&enter, &move, &drop}) {
             if (steps == (event == &drop ? kOver : kDrop) || (steps == kMoveAndDrop && event == &enter)) continue;
-            event->setDropAction(Qt::MoveAction); // what a file manager would rather do
+            if (steps == kDeadDrop && event != &drop) continue; // its source has ended, and gives nothing any more
+            event->setDropAction(Qt::MoveAction);               // what a file manager would rather do
             QApplication::sendEvent(main, event);
             if (!event->isAccepted()) return kRefused;
             answer = event->dropAction();
@@ -84,6 +86,11 @@ TEST_F(Events, DragBehindOneWhoseSourceHasDiedComesWithoutEntering)
     EXPECT_EQ(window.Title(), "other.wav / 44 Bytes / 11.025 kHz");
     Drag({tone}, Qt::CopyAction, kOver);
     EXPECT_EQ(Drag({}, Qt::CopyAction, kMoveAndDrop), kRefused);
+    EXPECT_EQ(Drag({}, Qt::CopyAction, kDeadDrop), kRefused);
+    Drag({tone}, Qt::CopyAction, kOver);
+    EXPECT_EQ(Drag({}, Qt::CopyAction, kDeadDrop), Qt::CopyAction);
+    QApplication::processEvents();
+    EXPECT_EQ(window.Title(), "tone.wav / 44 Bytes / 11.025 kHz");
 }
 
 TEST_F(Events, EveryDropEndsInItsMessage)

@@ -138,15 +138,14 @@ TEST_F(Files, SaveTakesAwayWhatAKilledOneLeftButNothingThatAnotherProgramIsWriti
 {
     Write(".tonfloss-part-1", "left behind");
     Write("my.tonfloss-part-1", "the user's own");
-    Write(".tonfloss-part-notes", "the user's own");
+    Write(".tonfloss-part-", "the user's own");
     EXPECT_EQ(Refusal(folder / ".tonfloss-part-3"),
               ".tonfloss-part-3: Invalid argument"); // the next save would remove it
     const auto busy = Write(".tonfloss-part-2", "another program is writing it");
     const int file = open(busy.c_str(), O_RDWR | O_CLOEXEC);
     ASSERT_EQ(flock(file, LOCK_EX), 0);
     EXPECT_EQ(Refusal(folder / "SOUND"), "");
-    EXPECT_THAT(Names(),
-                UnorderedElementsAre("SOUND", ".tonfloss-part-2", ".tonfloss-part-notes", "my.tonfloss-part-1"));
+    EXPECT_THAT(Names(), UnorderedElementsAre("SOUND", ".tonfloss-part-2", ".tonfloss-part-", "my.tonfloss-part-1"));
     close(file);
 }
 

@@ -90,8 +90,9 @@ bool IsPartName(const fs::path& path)
 {
     const auto name = FromPath(path.filename());
     const auto prefix = FromUtf8(kPartName);
-    return name.startsWith(prefix) &&
-           std::ranges::all_of(name.sliced(prefix.size()), [](QChar c) { return c.isDigit(); });
+    bool isNumber = false;
+    if (name.startsWith(prefix)) (void)name.sliced(prefix.size()).toUInt(&isNumber);
+    return isNumber;
 }
 
 /// A file under a name of our own beside the one that is meant, until it is whole.

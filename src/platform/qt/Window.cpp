@@ -71,16 +71,17 @@ void Window::Impl::showEvent(QShowEvent* /*event*/)
 // If the program that the file comes from has died, nobody says that the drag is over, but the pointer is back.
 bool Window::Impl::eventFilter(QObject* /*object*/, QEvent* event)
 {
-    const bool pointer = event->type() == QEvent::MouseMove || event->type() == QEvent::Enter;
-    if (pointer && static_cast<QSinglePointEvent*>(event)->buttons() == Qt::NoButton)
-        EndDrag(); // NOLINT: the type tells
+    const bool moved = event->type() == QEvent::MouseMove;
+    if (moved && static_cast<QMouseEvent*>(event)->buttons() == Qt::NoButton) EndDrag(); // NOLINT: the type tells
     return false;
 }
 
-/// Whether the drag that is over the window is the one of `event`.
+/// Whether the drag that is over the window is the one of `event`. A source that has ended at the drop gives nothing any
+/// more.
 bool Window::Impl::IsOf(const QDropEvent& event) const
 {
-    return dragInside_ && event.mimeData()->urls() == urls_;
+    const auto urls = event.mimeData()->urls();
+    return dragInside_ && (urls == urls_ || (urls.isEmpty() && event.mimeData()->hasUrls()));
 }
 
 bool Window::Impl::BeginDrag(const QDropEvent& event)
