@@ -5,7 +5,6 @@
 #include "Files.h"
 #include "Menu.h"
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>

@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
-#include <string>
 #include <variant>
 
 namespace preview {
