@@ -18,8 +18,7 @@ QAction* MakeItem(const MenuRow& row, EventGate& gate, const PasteFile& pasteFil
     auto* const item = menu.addAction(FromUtf8(row.text));
     if (row.shortcut != 0) item->setShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(row.shortcut)));
     item->setCheckable(row.action == MenuAction::CheckHandler);
-    item->setMenuRole(
-        QAction::NoRole); // the toolkit would guess it from the text, and move the item elsewhere on a Mac
+    item->setMenuRole(QAction::NoRole); // a role guessed from the text would move the item elsewhere on a Mac
     switch (row.action) {
     case MenuAction::Handler:
     case MenuAction::CheckHandler: break; // MenuItem connects these
