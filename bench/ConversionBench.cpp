@@ -1,11 +1,11 @@
 // What a drop and a save cost, as ratios to the least that anyone could do, all in one run.
-#include "App.h"
-#include "Application.h"
 #include "Best.h"
-#include "FakeDialogs.h"
-#include "Files.h"
-#include "PeriodEncoder.h"
 #include "Signals.h"
+#include "core/PeriodEncoder.h"
+#include "platform/Application.h"
+#include "platform/Files.h"
+#include "support/FakeDialogs.h"
+#include "window/App.h"
 
 #include <QFile>
 #include <QPlainTextEdit>
@@ -60,9 +60,8 @@ void DropReference(benchmark::State& state, const std::string& file, bool listin
     const Program program;
     const auto item = program.Item(file);
     std::string text;
-    conversion::Yield yield([] {});
-    if (listing)
-        benchmark::DoNotOptimize(conversion::EncodePeriods(std::string_view(file).substr(44), &text, yield).data());
+    core::BackgroundTask yield([] {});
+    if (listing) benchmark::DoNotOptimize(core::EncodePeriods(std::string_view(file).substr(44), &text, yield).data());
     QPlainTextEdit area;
     for (auto _ : state) {
         QFile source(QString::fromStdString(item.FolderItem->NativePath));

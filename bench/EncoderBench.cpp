@@ -1,7 +1,7 @@
 // What the encoder costs, as ratios to one pass over the same samples. Built at -O2 and at -O3.
 #include "Best.h"
-#include "PeriodEncoder.h"
 #include "Signals.h"
+#include "core/PeriodEncoder.h"
 
 #include <malloc.h>
 
@@ -18,11 +18,10 @@ void Floor(benchmark::State& state, const std::string& file)
 /// Into new texts each time, as the first drop does: their memory has been given back to the system.
 void Encode(benchmark::State& state, const std::string& file, bool listing)
 {
-    conversion::Yield yield([] {});
+    core::BackgroundTask yield([] {});
     for (auto _ : state) {
         std::string text;
-        const auto runBytes =
-            conversion::EncodePeriods(std::string_view(file).substr(44), listing ? &text : nullptr, yield);
+        const auto runBytes = core::EncodePeriods(std::string_view(file).substr(44), listing ? &text : nullptr, yield);
         benchmark::DoNotOptimize(runBytes.data());
         benchmark::DoNotOptimize(text.data());
     }

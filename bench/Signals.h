@@ -1,7 +1,7 @@
 // Signals.h: the recordings that are measured, each as a whole Wave file at 11025 Hz.
 #pragma once
 
-#include "WaveBytes.h"
+#include "support/WaveBytes.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
-#include "App.h"
-#include "Application.h"
+#include "platform/Application.h"
+#include "window/App.h"
 
 #include <cstdlib>
 #include <exception>

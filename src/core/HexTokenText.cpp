@@ -1,11 +1,11 @@
-#include "HexTokenText.h"
+#include "core/HexTokenText.h"
 
-#include "TextLibrary.h"
+#include "core/TextLibrary.h"
 
 #include <array>
 #include <cassert>
 
-namespace conversion {
+namespace core {
 namespace {
 
 constexpr auto kTokens = [] {
@@ -37,4 +37,4 @@ std::string Splice(std::string_view tokens, std::size_t k, std::string_view patc
     return spliced;
 }
 
-} // namespace conversion
+} // namespace core

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-namespace conversion {
+namespace core {
 
 inline constexpr std::size_t kTokenLength = 4; // "&H" and two digits
 
@@ -35,4 +35,4 @@ inline constexpr std::size_t kTokenLength = 4; // "&H" and two digits
 /// `tokens` with `patch` written over it from token k on; the size stays. Requires: the patch ends inside.
 [[nodiscard]] std::string Splice(std::string_view tokens, std::size_t k, std::string_view patch);
 
-} // namespace conversion
+} // namespace core

@@ -1,10 +1,12 @@
-#include "ImageSize.h"
+#include "core/ImageSize.h"
 
-namespace conversion {
+#include "machine/Memory.h"
+
+namespace core {
 namespace {
 
-constexpr std::int64_t kWithoutExtension = 12090; // bytes from C0C5 to EFFF
-constexpr std::int64_t kWithExtension = 28478;    // four more than the bytes from 80C5 to EFFF
+constexpr auto kWithoutExtension = machine::kLargestWithoutExtension;
+constexpr auto kWithExtension = machine::kLargestSize + 4; // the last four are promised room that no address leaves
 
 } // namespace
 
@@ -16,4 +18,4 @@ SizeBand SizeBandOf(std::int64_t Datengroesse)
     return SizeBand::Silent;
 }
 
-} // namespace conversion
+} // namespace core

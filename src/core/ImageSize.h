@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-namespace conversion {
+namespace core {
 
 /// Named by what is said of the size; the two sizes on the limits themselves are silent.
 enum class SizeBand { Size, Silent, NeedsExtension, TooLarge };
@@ -11,4 +11,4 @@ enum class SizeBand { Size, Silent, NeedsExtension, TooLarge };
 /// The band of `Datengroesse` bytes, which counts the header for PC-1600 and leaves it out for PokEmul.
 [[nodiscard]] SizeBand SizeBandOf(std::int64_t Datengroesse);
 
-} // namespace conversion
+} // namespace core

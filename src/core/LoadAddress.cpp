@@ -1,18 +1,15 @@
-#include "LoadAddress.h"
+#include "core/LoadAddress.h"
 
-namespace output {
-namespace {
+#include "machine/Memory.h"
 
-constexpr double kLowest = 32965.0;  // 80C5
-constexpr double kHighest = 61439.0; // EFFF
-
-} // namespace
+namespace core {
 
 std::optional<AddressRefusal> RefusalOf(double address, std::int64_t Datengroesse)
 {
-    if (address < kLowest || address > kHighest) return AddressRefusal::Range;
+    constexpr auto kHighest = static_cast<double>(machine::kHighestAddress);
+    if (address < machine::kLowestAddress || address > kHighest) return AddressRefusal::Range;
     if (address + static_cast<double>(Datengroesse) > kHighest) return AddressRefusal::Sum;
     return std::nullopt;
 }
 
-} // namespace output
+} // namespace core

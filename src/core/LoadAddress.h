@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-namespace output {
+namespace core {
 
 enum class AddressRefusal {
     Range, // below 80C5 or above EFFF
@@ -14,4 +14,4 @@ enum class AddressRefusal {
 /// The reason why `Datengroesse` bytes can't lie at `address`, or none. The range is asked first.
 [[nodiscard]] std::optional<AddressRefusal> RefusalOf(double address, std::int64_t Datengroesse);
 
-} // namespace output
+} // namespace core

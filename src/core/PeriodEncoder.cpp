@@ -1,6 +1,6 @@
-#include "PeriodEncoder.h"
+#include "core/PeriodEncoder.h"
 
-#include "HexTokenText.h"
+#include "core/HexTokenText.h"
 
 #include <algorithm>
 #include <array>
@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace conversion {
+namespace core {
 namespace {
 
 constexpr std::uint8_t kLongPeriod = 254; // samples that one continuation byte stands for
@@ -114,7 +114,7 @@ struct NoListing {
 };
 
 template <class ListingOrNone>
-std::string Encode(std::string_view samples, ListingOrNone listing, Yield& RuntimeBackgroundTask)
+std::string Encode(std::string_view samples, ListingOrNone listing, BackgroundTask& RuntimeBackgroundTask)
 {
     std::string BinZeile;
     BlockWriter out(BinZeile);
@@ -155,10 +155,10 @@ std::string Encode(std::string_view samples, ListingOrNone listing, Yield& Runti
 
 } // namespace
 
-std::string EncodePeriods(std::string_view samples, std::string* listing, Yield& RuntimeBackgroundTask)
+std::string EncodePeriods(std::string_view samples, std::string* listing, BackgroundTask& RuntimeBackgroundTask)
 {
     if (listing == nullptr) return Encode(samples, NoListing(), RuntimeBackgroundTask);
     return Encode(samples, Listing(*listing), RuntimeBackgroundTask);
 }
 
-} // namespace conversion
+} // namespace core

@@ -8,16 +8,17 @@
 // The last two samples are never looked at, and a period that hasn't ended by then leaves no byte.
 #pragma once
 
-#include "Yield.h"
+#include "core/BackgroundTask.h"
 
 #include <string>
 #include <string_view>
 
-namespace conversion {
+namespace core {
 
 /// The run bytes of `samples` (unsigned bytes) as HexTokenText. Where a `listing` is given, the same bytes are appended
 /// to it as assembler lines: a tab, "DEFB " and up to 16 values, or 17 in a line that follows one completed by a 254
 /// within a long period. Each line ends with a carriage return.
-[[nodiscard]] std::string EncodePeriods(std::string_view samples, std::string* listing, Yield& RuntimeBackgroundTask);
+[[nodiscard]] std::string EncodePeriods(std::string_view samples, std::string* listing,
+                                        BackgroundTask& RuntimeBackgroundTask);
 
-} // namespace conversion
+} // namespace core

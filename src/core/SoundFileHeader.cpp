@@ -1,8 +1,8 @@
-#include "SoundFileHeader.h"
+#include "core/SoundFileHeader.h"
 
-#include "HexTokenText.h"
+#include "core/HexTokenText.h"
 
-namespace conversion {
+namespace core {
 namespace {
 
 // clang-format off
@@ -113,4 +113,4 @@ std::string WithAddress(std::string_view header, std::string_view lowToken, std:
     return WithWord(WithWord(header, kLoadAddressToken, lowToken, highToken), kStartAddressToken, lowToken, highToken);
 }
 
-} // namespace conversion
+} // namespace core

@@ -18,7 +18,7 @@
 #include <string>
 #include <string_view>
 
-namespace conversion {
+namespace core {
 
 inline constexpr std::int64_t kFileHeaderTokens = 16;
 inline constexpr std::int64_t kTokensPC1600 = 131;
@@ -56,4 +56,4 @@ struct WordTokens {
 /// `header` of the target PC-1600 with load and start address. The player's own addresses stay those of 80C5.
 [[nodiscard]] std::string WithAddress(std::string_view header, std::string_view lowToken, std::string_view highToken);
 
-} // namespace conversion
+} // namespace core

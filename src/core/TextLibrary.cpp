@@ -1,4 +1,4 @@
-#include "TextLibrary.h"
+#include "core/TextLibrary.h"
 
 #include <algorithm>
 #include <array>

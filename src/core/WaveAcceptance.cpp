@@ -1,12 +1,13 @@
-#include "WaveAcceptance.h"
+#include "core/WaveAcceptance.h"
 
-#include "HexTokenText.h"
-#include "SoundFileHeader.h"
-#include "TextLibrary.h"
+#include "core/HexTokenText.h"
+#include "core/SoundFileHeader.h"
+#include "core/TextLibrary.h"
+#include "machine/SampleRates.h"
 
 #include <cassert>
 
-namespace conversion {
+namespace core {
 namespace {
 
 constexpr double kLargestFile = 500000.0; // bytes
@@ -41,19 +42,19 @@ std::optional<WaveRefusal> RefusalOf(const WaveFields& fields)
 {
     if (fields.formatTag != 1) return WaveRefusal::FormatTag;
     if (fields.channels != 1) return WaveRefusal::Channels;
-    if (fields.sampleRate != 8000 && fields.sampleRate != 6000 && fields.sampleRate != 11025)
-        return WaveRefusal::SampleRate;
+    if (machine::RateOfHertz(fields.sampleRate) == nullptr) return WaveRefusal::SampleRate;
     if (fields.bitsPerSample != 8) return WaveRefusal::BitsPerSample;
     return std::nullopt;
 }
 
 std::string RateToken(std::uint32_t sampleRate)
 {
-    assert(sampleRate == 6000 || sampleRate == 8000 || sampleRate == 11025);
-    return std::string(TokenOf(static_cast<std::uint8_t>(sampleRate / 1000)));
+    const auto* const rate = machine::RateOfHertz(sampleRate);
+    assert(rate != nullptr);
+    return std::string(TokenOf(rate->playerByte));
 }
 
-std::string NameTokens(std::u32string_view fileName, Yield& RuntimeBackgroundTask)
+std::string NameTokens(std::u32string_view fileName, BackgroundTask& RuntimeBackgroundTask)
 {
     std::string tokens;
     for (std::size_t position = 1; position <= kTitleTokens; ++position) {
@@ -75,4 +76,4 @@ std::string FileTitle(std::string_view utf8Name, double fileBytes, std::uint32_t
     return std::string(utf8Name) + " / " + text::Str(fileBytes) + " Bytes / " + text::Str(sampleRate / 1000.0) + " kHz";
 }
 
-} // namespace conversion
+} // namespace core

@@ -1,6 +1,6 @@
-#include "Timing.h"
+#include "machine/Timing.h"
 
-namespace preview {
+namespace machine {
 namespace {
 
 constexpr std::int64_t kLongPeriod = 254; // the byte that doesn't end its period
@@ -11,35 +11,22 @@ std::int64_t NumberOf(char runByte)
     return static_cast<std::uint8_t>(runByte);
 }
 
-/// Cycles of one delay step, the call and the counted loop included.
-std::int64_t DelayStep(std::uint32_t sampleRate, std::int64_t waits)
-{
-    if (sampleRate == 6000) return 276 + 24 * waits;
-    if (sampleRate == 8000) return 206 + 20 * waits;
-    return 156 + 17 * waits;
-}
+} // namespace
 
-struct Halves {
-    std::int64_t first;  // cycles
-    std::int64_t second; // cycles
-};
-
-Halves HalvesOf(std::int64_t byte, std::int64_t step, std::int64_t waits)
+Halves HalvesOf(std::int64_t byte, const SampleRate& rate, std::int64_t waits)
 {
+    const auto step = rate.stepCycles + rate.stepFetches * waits;
     const auto delay = step * (byte == 0 ? kZeroCounts : byte);
     return {.first = delay + (byte == kLongPeriod ? 50 + 7 * waits : 43 + 6 * waits), .second = delay + 57 + 8 * waits};
 }
 
-} // namespace
-
-Performance PerformanceOf(const SoundFile& sound, std::int64_t waits)
+Performance PerformanceOf(std::string_view runBytes, const SampleRate& rate, std::int64_t waits)
 {
-    const auto step = DelayStep(sound.sampleRate, waits);
     Performance performance;
-    performance.writes.reserve(2 * sound.runBytes.size());
-    for (const char runByte : sound.runBytes) {
+    performance.writes.reserve(2 * runBytes.size());
+    for (const char runByte : runBytes) {
         const auto byte = NumberOf(runByte);
-        const auto halves = HalvesOf(byte, step, waits);
+        const auto halves = HalvesOf(byte, rate, waits);
         performance.writes.push_back({.time = performance.end, .high = true});
         performance.writes.push_back({.time = performance.end + halves.first, .high = byte == kLongPeriod});
         performance.end += halves.first + halves.second;
@@ -47,14 +34,13 @@ Performance PerformanceOf(const SoundFile& sound, std::int64_t waits)
     return performance;
 }
 
-std::vector<Period> PeriodsOf(const SoundFile& sound, std::int64_t waits)
+std::vector<Period> PeriodsOf(std::string_view runBytes, const SampleRate& rate, std::int64_t waits)
 {
-    const auto step = DelayStep(sound.sampleRate, waits);
     std::vector<Period> periods;
     bool begins = true;
-    for (const char runByte : sound.runBytes) {
+    for (const char runByte : runBytes) {
         const auto byte = NumberOf(runByte);
-        const auto halves = HalvesOf(byte, step, waits);
+        const auto halves = HalvesOf(byte, rate, waits);
         if (begins) periods.push_back({.samples = byte == 0 ? kZeroCounts : 0, .cycles = 0});
         periods.back().samples += byte;
         periods.back().cycles += halves.first + halves.second;
@@ -63,10 +49,10 @@ std::vector<Period> PeriodsOf(const SoundFile& sound, std::int64_t waits)
     return periods;
 }
 
-double PitchOf(const Period& period, std::uint32_t sampleRate, std::int64_t clock)
+double PitchOf(const Period& period, const SampleRate& rate, std::int64_t clock)
 {
-    const auto inRecording = static_cast<double>(period.samples) / static_cast<double>(sampleRate);
+    const auto inRecording = static_cast<double>(period.samples) / rate.hertz;
     return inRecording * static_cast<double>(clock) / static_cast<double>(period.cycles);
 }
 
-} // namespace preview
+} // namespace machine

@@ -4,9 +4,9 @@
 //               high, N      low, N    next byte           N is 256 for the byte 0
 //
 //     from one write to the next, in cycles of the Z80   W = 0 or 1: the cycles that it waits at each opcode fetch
-//         high, N        N D + 43 + 6 W                  D, one delay step:    6000 Hz     276 + 24 W
-//         high, 254    254 D + 50 + 7 W                                        8000 Hz     206 + 20 W
-//         low, N         N D + 57 + 8 W                                       11025 Hz     156 + 17 W
+//         high, N        N D + 43 + 6 W                  D, one delay step: stepCycles + stepFetches W, by the rate
+//         high, 254    254 D + 50 + 7 W
+//         low, N         N D + 57 + 8 W
 // The second half of a 254 takes as long as a low one. Behind the last byte nothing is written any more: the sound ends
 // where the next write would have been.
 //
@@ -15,16 +15,23 @@
 // So 254, 0 stands for 254 samples, though it plays as long as 510.
 #pragma once
 
-#include "SoundFile.h"
+#include "machine/SampleRates.h"
 
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
-namespace preview {
+namespace machine {
 
 struct Machine {
     std::int64_t clock = 3'580'000; // Hz
     std::int64_t waits = 1;         // cycles at each opcode fetch, 0 or 1
+};
+
+/// The port's two levels of one run byte.
+struct Halves {
+    std::int64_t first;  // cycles
+    std::int64_t second; // cycles
 };
 
 struct PortWrite {
@@ -42,10 +49,14 @@ struct Period {
     std::int64_t cycles;  // on the machine
 };
 
-[[nodiscard]] Performance PerformanceOf(const SoundFile& sound, std::int64_t waits);
-[[nodiscard]] std::vector<Period> PeriodsOf(const SoundFile& sound, std::int64_t waits);
+/// Of a run byte, 0 to 254.
+[[nodiscard]] Halves HalvesOf(std::int64_t byte, const SampleRate& rate, std::int64_t waits);
+
+/// Of `runBytes`, which are without the end mark.
+[[nodiscard]] Performance PerformanceOf(std::string_view runBytes, const SampleRate& rate, std::int64_t waits);
+[[nodiscard]] std::vector<Period> PeriodsOf(std::string_view runBytes, const SampleRate& rate, std::int64_t waits);
 
 /// How many times as high as in the recording the machine plays a period: 1 is the same pitch, 0.5 an octave lower.
-[[nodiscard]] double PitchOf(const Period& period, std::uint32_t sampleRate, std::int64_t clock);
+[[nodiscard]] double PitchOf(const Period& period, const SampleRate& rate, std::int64_t clock);
 
-} // namespace preview
+} // namespace machine

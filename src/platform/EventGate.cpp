@@ -1,4 +1,4 @@
-#include "EventGate.h"
+#include "platform/EventGate.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 // Menu.h: a menu bar made from a table, and its items.
 #pragma once
 
-#include "EventGate.h"
+#include "platform/EventGate.h"
 
 #include <functional>
 #include <memory>

@@ -1,9 +1,9 @@
 // Window.h: a window of fixed size that takes dropped files.
 #pragma once
 
-#include "EventGate.h"
-#include "Files.h"
-#include "Menu.h"
+#include "platform/EventGate.h"
+#include "platform/Files.h"
+#include "platform/Menu.h"
 
 #include <memory>
 #include <string>

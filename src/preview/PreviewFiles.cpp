@@ -1,4 +1,4 @@
-#include "PreviewFiles.h"
+#include "preview/PreviewFiles.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -1,8 +1,8 @@
 // PreviewFiles.h: the sound file read bounded, and the Wave file written whole or not at all.
 #pragma once
 
-#include "SoundFile.h"
-#include "SquareWave.h"
+#include "preview/SoundFile.h"
+#include "preview/SquareWave.h"
 
 #include <filesystem>
 #include <functional>

@@ -1,4 +1,4 @@
-#include "Report.h"
+#include "preview/Report.h"
 
 #include <algorithm>
 #include <cmath>
@@ -33,24 +33,27 @@ std::string PitchText(double pitch)
 
 } // namespace
 
-std::string ReportOn(const SoundFile& sound, const Machine& machine)
+std::string ReportOn(const SoundFile& sound, const machine::Machine& onMachine)
 {
-    const auto periods = PeriodsOf(sound, machine.waits);
-    const auto pitchOf = [&](const Period& period) { return PitchOf(period, sound.sampleRate, machine.clock); };
+    const auto periods = machine::PeriodsOf(sound.runBytes, sound.sampleRate, onMachine.waits);
+    const auto pitchOf = [&](const machine::Period& period) {
+        return machine::PitchOf(period, sound.sampleRate, onMachine.clock);
+    };
     const auto seconds =
-        static_cast<double>(PerformanceOf(sound, machine.waits).end) / static_cast<double>(machine.clock);
+        static_cast<double>(machine::PerformanceOf(sound.runBytes, sound.sampleRate, onMachine.waits).end) /
+        static_cast<double>(onMachine.clock);
 
     std::ostringstream text;
     text << "target: " << (sound.loadAddress ? "PC-1600" : "PokEmul") << "\ntitle: " << ReadableTitle(sound.title);
     if (sound.loadAddress) text << "\nload address: " << std::hex << std::uppercase << *sound.loadAddress << std::dec;
-    text << "\nsample rate: " << sound.sampleRate << " Hz\nperiods: " << periods.size() << "\nseconds: " << std::fixed
-         << std::setprecision(3) << seconds;
+    text << "\nsample rate: " << sound.sampleRate.hertz << " Hz\nperiods: " << periods.size()
+         << "\nseconds: " << std::fixed << std::setprecision(3) << seconds;
     if (periods.empty()) {
         text << "\npitch: none\nshortest period: none\nlongest period: none\n";
         return text.str();
     }
     const auto sum = std::accumulate(periods.begin(), periods.end(), 0.0,
-                                     [&](double all, const Period& period) { return all + pitchOf(period); });
+                                     [&](double all, const machine::Period& period) { return all + pitchOf(period); });
     const auto [shortest, longest] = std::minmax_element(
         periods.begin(), periods.end(), [](const auto& a, const auto& b) { return a.samples < b.samples; });
     text << "\npitch: " << PitchText(sum / static_cast<double>(periods.size()));

@@ -11,12 +11,13 @@
 // Without a single period the last three are "none".
 #pragma once
 
-#include "Timing.h"
+#include "machine/Timing.h"
+#include "preview/SoundFile.h"
 
 #include <string>
 
 namespace preview {
 
-[[nodiscard]] std::string ReportOn(const SoundFile& sound, const Machine& machine);
+[[nodiscard]] std::string ReportOn(const SoundFile& sound, const machine::Machine& onMachine);
 
 } // namespace preview

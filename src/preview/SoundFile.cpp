@@ -1,7 +1,8 @@
-#include "SoundFile.h"
+#include "preview/SoundFile.h"
 
-#include "HexTokenText.h"
-#include "SoundFileHeader.h"
+#include "core/HexTokenText.h"
+#include "core/SoundFileHeader.h"
+#include "machine/Memory.h"
 
 #include <iomanip>
 #include <sstream>
@@ -9,14 +10,12 @@
 namespace preview {
 namespace {
 
-using namespace conversion;
+using namespace core;
 
 constexpr std::size_t kFileHeader = kFileHeaderTokens; // a token is a byte of the file
 constexpr std::size_t kPlayer = kTokensPokeMul;
 constexpr char kEndMark = '\xFF';
 constexpr std::string_view kAfterEndMark("\0\0", 2);
-constexpr std::uint32_t kLowestAddress = 0x80C5;
-constexpr std::uint32_t kHighestAddress = 0xEFFF;
 
 std::uint32_t ByteAt(std::string_view bytes, std::size_t offset)
 {
@@ -62,22 +61,12 @@ std::optional<Refusal> RefusalOfFields(std::string_view bytes, std::size_t runBy
         return Refusal{"the file header tells a program of " + std::to_string(length) + " bytes, but it has " +
                        std::to_string(kPlayer + runBytes)};
     const auto address = WordAt(bytes, kLoadAddressToken);
-    if (address < kLowestAddress || address > kHighestAddress)
+    if (address < machine::kLowestAddress || address > machine::kHighestAddress)
         return Refusal{"the load address " + FourDigits(address) + " isn't between 80C5 and EFFF"};
     const auto start = WordAt(bytes, kStartAddressToken);
     if (start != address)
         return Refusal{"the start address " + FourDigits(start) + " isn't the load address " + FourDigits(address)};
     return std::nullopt;
-}
-
-std::uint32_t SampleRateOf(std::uint32_t rateByte)
-{
-    switch (rateByte) {
-    case 6: return 6000;
-    case 8: return 8000;
-    case 11: return 11025;
-    default: return 0;
-    }
 }
 
 std::string WithoutFill(std::string_view title)
@@ -99,8 +88,9 @@ std::variant<SoundFile, Refusal> Parse(std::string_view bytes)
     if (const auto refusal = RefusalOfConstants(bytes, absent)) return *refusal;
 
     const auto rateByte = ByteAt(bytes, kRateToken - absent);
-    const auto sampleRate = SampleRateOf(rateByte);
-    if (sampleRate == 0) return Refusal{"the rate byte is " + std::to_string(rateByte) + ", none of 6, 8 and 11"};
+    const auto* const rate = machine::RateOfPlayerByte(rateByte);
+    if (rate == nullptr)
+        return Refusal{"the rate byte is " + std::to_string(rateByte) + ", which the player doesn't know"};
     const auto endMark = bytes.find(kEndMark, front);
     if (endMark == std::string_view::npos) return Refusal{"the end mark is missing"};
     if (bytes.substr(endMark + 1) != kAfterEndMark)
@@ -109,7 +99,7 @@ std::variant<SoundFile, Refusal> Parse(std::string_view bytes)
         if (const auto refusal = RefusalOfFields(bytes, endMark + 1 - front)) return *refusal;
 
     SoundFile sound{.loadAddress = std::nullopt,
-                    .sampleRate = sampleRate,
+                    .sampleRate = *rate,
                     .title = WithoutFill(bytes.substr(kTitleToken - absent, kTitleTokens)),
                     .runBytes = std::string(bytes.substr(front, endMark - front))};
     if (hasHeader) sound.loadAddress = WordAt(bytes, kLoadAddressToken);

@@ -7,6 +7,8 @@
 // The first byte tells the layouts apart: FF or CD. All offsets in a reason count from the first byte of the file.
 #pragma once
 
+#include "machine/SampleRates.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -20,7 +22,7 @@ inline constexpr std::size_t kLargestFile = 65536; // bytes; what the Z80 can ad
 
 struct SoundFile {
     std::optional<std::uint32_t> loadAddress; // none: a file for PokEmul
-    std::uint32_t sampleRate = 0;             // of the recording: 6000, 8000 or 11025 Hz
+    machine::SampleRate sampleRate;           // of the recording
     std::string title;                        // Latin-1, without the zeros that fill its field
     std::string runBytes;                     // without the end mark
 };

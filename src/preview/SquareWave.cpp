@@ -1,9 +1,10 @@
-#include "SquareWave.h"
+#include "preview/SquareWave.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <string>
 #include <vector>
 
 namespace preview {
@@ -27,24 +28,13 @@ constexpr std::int64_t kSampleBytes = 2;
 /// They add up to 1, whatever the phase, so that the level doesn't drift however many edges there are.
 using Changes = std::array<double, kTaps>;
 
-/// The modified Bessel function of the first kind of order 0.
-double Bessel0(double x)
-{
-    double sum = 1;
-    double term = 1;
-    for (int k = 1; term > sum * 1e-17; ++k) {
-        term *= x * x / (4.0 * k * k);
-        sum += term;
-    }
-    return sum;
-}
-
 /// `samplesAway` from the edge.
 double LowPass(double samplesAway)
 {
     const auto angle = 2 * std::numbers::pi * kCutOff * samplesAway;
     const auto inWindow = samplesAway / kHalfWidth;
-    return (angle == 0 ? 1 : std::sin(angle) / angle) * Bessel0(kWindowShape * std::sqrt(1 - inWindow * inWindow));
+    return (angle == 0 ? 1 : std::sin(angle) / angle) *
+           std::cyl_bessel_i(0, kWindowShape * std::sqrt(1 - inWindow * inWindow));
 }
 
 /// The step from 0 to 1 at every place p / kPhases from kHalfWidth samples before the edge to as many behind it.
@@ -139,7 +129,8 @@ std::string WaveHeader(std::int64_t dataBytes, std::int64_t outputRate)
 
 } // namespace
 
-bool WriteWave(const Performance& performance, std::int64_t clock, std::int64_t outputRate, const ByteSink& sink)
+bool WriteWave(const machine::Performance& performance, std::int64_t clock, std::int64_t outputRate,
+               const ByteSink& sink)
 {
     const auto sampleCount = (performance.end * outputRate + clock - 1) / clock;
     if (!sink(WaveHeader(kSampleBytes * sampleCount, outputRate))) return false;

@@ -7,7 +7,7 @@
 //             samples away; a tone above half the output rate can't be heard.
 #pragma once
 
-#include "Timing.h"
+#include "machine/Timing.h"
 
 #include <cstdint>
 #include <functional>
@@ -20,6 +20,7 @@ using ByteSink = std::function<bool(std::string_view bytes)>;
 
 /// Gives the Wave file of `performance` to `sink` in pieces of a few KiB. False where the sink gave up.
 /// Requires: the file stays below 4 GiB.
-bool WriteWave(const Performance& performance, std::int64_t clock, std::int64_t outputRate, const ByteSink& sink);
+bool WriteWave(const machine::Performance& performance, std::int64_t clock, std::int64_t outputRate,
+               const ByteSink& sink);
 
 } // namespace preview

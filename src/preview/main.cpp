@@ -1,7 +1,7 @@
-#include "PreviewFiles.h"
-#include "Report.h"
-#include "SoundFile.h"
-#include "SquareWave.h"
+#include "preview/PreviewFiles.h"
+#include "preview/Report.h"
+#include "preview/SoundFile.h"
+#include "preview/SquareWave.h"
 
 #include <getopt.h>
 
@@ -45,7 +45,7 @@ struct Options {
     std::string output; // empty: only the report
     bool force = false;
     std::int64_t rate = 44100; // Hz
-    Machine machine;
+    machine::Machine machine;
     std::string_view answer; // what --help or --version shows
 };
 
@@ -117,7 +117,8 @@ bool Preview(const Options& options)
     const auto& sound = std::get<SoundFile>(parsed);
     const auto report = ReportOn(sound, options.machine);
     const auto wave = [&](const ByteSink& sink) {
-        return WriteWave(PerformanceOf(sound, options.machine.waits), options.machine.clock, options.rate, sink);
+        return WriteWave(machine::PerformanceOf(sound.runBytes, sound.sampleRate, options.machine.waits),
+                         options.machine.clock, options.rate, sink);
     };
     if (options.output == kStandardOutput) {
         std::cerr << report;

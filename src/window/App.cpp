@@ -1,6 +1,6 @@
-#include "App.h"
+#include "window/App.h"
 
-#include "SharedTexts.h"
+#include "window/SharedTexts.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // App.h: the program as one object: the gate for its events, the menu bar and the window.
 #pragma once
 
-#include "EventGate.h"
-#include "MainMenuBar.h"
-#include "Window1.h"
+#include "platform/EventGate.h"
+#include "window/MainMenuBar.h"
+#include "window/Window1.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 // FileTypes1.h: the kinds of file that the program writes.
 #pragma once
 
-#include "Dialogs.h"
+#include "platform/Dialogs.h"
 
 namespace FileTypes1 {
 

@@ -1,4 +1,4 @@
-#include "MainMenuBar.h"
+#include "window/MainMenuBar.h"
 
 namespace {
 

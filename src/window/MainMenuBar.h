@@ -2,7 +2,7 @@
 // OptionDefBWindow is the choice of a listing; nothing else holds them.
 #pragma once
 
-#include "Menu.h"
+#include "platform/Menu.h"
 
 class MainMenuBar : public platform::MenuBar {
 public:

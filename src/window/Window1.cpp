@@ -1,7 +1,7 @@
-#include "Window1.h"
+#include "window/Window1.h"
 
-#include "Application.h"
-#include "Files.h"
+#include "platform/Application.h"
+#include "platform/Files.h"
 
 #include <new>
 

@@ -4,13 +4,13 @@
 // time. Headers and run bytes are kept as HexTokenText until the moment of saving.
 #pragma once
 
-#include "Controls.h"
-#include "Dialogs.h"
-#include "MainMenuBar.h"
-#include "MessagePair.h"
-#include "Window.h"
-#include "WindowLayout.h"
-#include "Yield.h"
+#include "core/BackgroundTask.h"
+#include "platform/Controls.h"
+#include "platform/Dialogs.h"
+#include "platform/Window.h"
+#include "window/MainMenuBar.h"
+#include "window/MessagePair.h"
+#include "window/WindowLayout.h"
 
 #include <cstdint>
 #include <exception>
@@ -51,22 +51,22 @@ public:
     platform::RadioButton RadioButtonPokEmul{*this, RowOf("RadioButtonPokEmul")};
     platform::Label Label4{*this, RowOf("Label4")};
 
-    // frontend/Window1.cpp
+    // window/Window1.cpp
     /// Tells the user of what left an event as an exception.
     void UnhandledException(const std::exception& failure);
 
-    // frontend/Window1Drag.cpp
+    // window/Window1Drag.cpp
     bool Event_DragEnter() override;
     bool Event_DragOver() override;
     void Event_DragExit() override;
 
-    // conversion/Window1Drop.cpp
+    // window/Window1Drop.cpp
     void Event_DropObject(const platform::DragItem& item) override;
 
-    // output/Window1Address.cpp
+    // window/Window1Address.cpp
     bool TextFieldAudioAdresse_KeyDown(std::u32string_view key);
 
-    // frontend/Window1Target.cpp
+    // window/Window1Target.cpp
     void SetTarget(SoundTarget target);
     void RadioButtonPC1600_Action();
     void RadioButtonPokEmul_Action();
@@ -76,7 +76,7 @@ public:
     bool InfoUeber_Action();
 
 private:
-    // frontend/Window1.cpp
+    // window/Window1.cpp
     void AddHandlers();
     void Event_Open();
     void ShowMessage(const MessagePair& message);
@@ -85,29 +85,29 @@ private:
     [[nodiscard]] bool ListingWanted() const;
     void EmptyListing();
 
-    // conversion/Window1Drop.cpp
+    // window/Window1Drop.cpp
     void RefuseTooLarge();
     void LoadHeaders();
     void PatchHeaders(std::string_view RateToken, std::string_view NameTokens);
     void EncodePeriods();
 
-    // conversion/Window1Finish.cpp
+    // window/Window1Finish.cpp
     void FinishImage();
     void PatchProgramLength();
     void ShowSize(const MessagePair& message);
     void ShowPrompts();
     void RefuseImage();
 
-    // output/Window1Address.cpp
+    // window/Window1Address.cpp
     void PatchAddress(std::int64_t address);
     void ForgetAddress();
     void OpenAddressEntry();
     void CloseAddressEntry();
 
-    // output/Window1Save.cpp
+    // window/Window1Save.cpp
     [[nodiscard]] bool DoSaveAS();
 
-    // frontend/Window1Target.cpp
+    // window/Window1Target.cpp
     void ChooseTarget(SoundTarget target, const MessagePair& title);
 
     // The prompts for the address stay open when a further drop is refused. There is nothing to save then: the headers
@@ -117,5 +117,5 @@ private:
     MainMenuBar& menuBar_;
     platform::Dialogs& dialogs_;
     AddressEntry addressEntry_ = AddressEntry::Closed;
-    conversion::Yield RuntimeBackgroundTask;
+    core::BackgroundTask RuntimeBackgroundTask;
 };

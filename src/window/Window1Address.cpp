@@ -1,9 +1,9 @@
 // The load address: typed, tested, patched into the header, and then the save.
-#include "LoadAddress.h"
-#include "SharedTexts.h"
-#include "SoundFileHeader.h"
-#include "TextLibrary.h"
-#include "Window1.h"
+#include "core/LoadAddress.h"
+#include "core/SoundFileHeader.h"
+#include "core/TextLibrary.h"
+#include "window/SharedTexts.h"
+#include "window/Window1.h"
 
 #include <cassert>
 
@@ -35,8 +35,8 @@ bool Window1::TextFieldAudioAdresse_KeyDown(std::u32string_view key)
     }
     AdresseAudioFile.insert(0, U"&H");
     const double address = text::Val(AdresseAudioFile); // a character that is no digit leaves it below the range
-    if (const auto refusal = output::RefusalOf(address, Datengroesse)) {
-        ShowMessage(*refusal == output::AddressRefusal::Range ? kOutOfRange : kTooHigh);
+    if (const auto refusal = core::RefusalOf(address, Datengroesse)) {
+        ShowMessage(*refusal == core::AddressRefusal::Range ? kOutOfRange : kTooHigh);
         ForgetAddress();
         return false;
     }
@@ -53,12 +53,12 @@ void Window1::ForgetAddress()
 
 void Window1::PatchAddress(std::int64_t address)
 {
-    const auto tokens = conversion::WordTokensOf(address);
+    const auto tokens = core::WordTokensOf(address);
     assert(tokens);
     LowByteDatenAnfang = tokens->low;
     HighByteDatenAnfang = tokens->high;
     if (menuBar_.OptionAudioSharp.HasCheckMark())
-        HeaderPC1600 = conversion::WithAddress(HeaderPC1600, LowByteDatenAnfang, HighByteDatenAnfang);
+        HeaderPC1600 = core::WithAddress(HeaderPC1600, LowByteDatenAnfang, HighByteDatenAnfang);
 }
 
 void Window1::OpenAddressEntry()

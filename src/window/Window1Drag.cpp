@@ -1,5 +1,5 @@
 // What the window shows while a file is dragged over it. Nothing looks at the file before the drop.
-#include "Window1.h"
+#include "window/Window1.h"
 
 namespace {
 

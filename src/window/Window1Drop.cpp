@@ -1,12 +1,12 @@
 // The road from a dropped file to its run bytes. Each refusal is one message and a plain return.
-#include "Files.h"
-#include "HexTokenText.h"
-#include "PeriodEncoder.h"
-#include "SharedTexts.h"
-#include "SoundFileHeader.h"
-#include "TextLibrary.h"
-#include "WaveAcceptance.h"
-#include "Window1.h"
+#include "core/HexTokenText.h"
+#include "core/PeriodEncoder.h"
+#include "core/SoundFileHeader.h"
+#include "core/TextLibrary.h"
+#include "core/WaveAcceptance.h"
+#include "platform/Files.h"
+#include "window/SharedTexts.h"
+#include "window/Window1.h"
 
 #include <utility>
 
@@ -24,13 +24,13 @@ constexpr MessagePair kNo8Bit{.ger = "Falsches .Wav Format - Keine 8 Bit Encodie
 
 constexpr MessagePair kListingHead{.ger = "DATEN:", .eng = "DATA:"};
 
-const MessagePair& MessageFor(conversion::WaveRefusal refusal)
+const MessagePair& MessageFor(core::WaveRefusal refusal)
 {
     switch (refusal) {
-    case conversion::WaveRefusal::FormatTag: return kNoPcm;
-    case conversion::WaveRefusal::Channels: return kNoMono;
-    case conversion::WaveRefusal::SampleRate: return kWrongRate;
-    case conversion::WaveRefusal::BitsPerSample: break;
+    case core::WaveRefusal::FormatTag: return kNoPcm;
+    case core::WaveRefusal::Channels: return kNoMono;
+    case core::WaveRefusal::SampleRate: return kWrongRate;
+    case core::WaveRefusal::BitsPerSample: break;
     }
     return kNo8Bit;
 }
@@ -48,7 +48,7 @@ void Window1::Event_DropObject(const platform::DragItem& item)
         strZeile = platform::ReadBytes(*item.FolderItem);
         FileLength = static_cast<double>(item.FolderItem->Length);
         FileName = item.FolderItem->Name;
-        if (conversion::IsTooLarge(FileLength)) return RefuseTooLarge();
+        if (core::IsTooLarge(FileLength)) return RefuseTooLarge();
         LabelDragAndDrop.SetTextColor(kRed);
         if (!ListingWanted()) TextAreaCodeAusgabe.SetText("");
         Canvas1.SetVisible(!ListingWanted());
@@ -56,18 +56,18 @@ void Window1::Event_DropObject(const platform::DragItem& item)
     Invalidate();
     EmptyListing();
     TextFieldAudioAdresse.SetText(U"");
-    const auto NameTokens = conversion::NameTokens(FileName, RuntimeBackgroundTask);
+    const auto NameTokens = core::NameTokens(FileName, RuntimeBackgroundTask);
     LoadHeaders();
 
-    const auto fields = conversion::ReadWaveFields(strZeile);
-    const auto refusal = conversion::RefusalOf(fields);
+    const auto fields = core::ReadWaveFields(strZeile);
+    const auto refusal = core::RefusalOf(fields);
     // A file of the wrong depth is refused only when its header and title are made.
-    if (refusal && refusal != conversion::WaveRefusal::BitsPerSample) return ShowMessage(MessageFor(*refusal));
-    SetTitle(conversion::FileTitle(platform::Utf8(FileName), FileLength, fields.sampleRate));
-    PatchHeaders(conversion::RateToken(fields.sampleRate), NameTokens);
+    if (refusal && refusal != core::WaveRefusal::BitsPerSample) return ShowMessage(MessageFor(*refusal));
+    SetTitle(core::FileTitle(platform::Utf8(FileName), FileLength, fields.sampleRate));
+    PatchHeaders(core::RateToken(fields.sampleRate), NameTokens);
     if (refusal) return ShowMessage(MessageFor(*refusal));
 
-    strZeile = conversion::SampleBytes(std::move(strZeile));
+    strZeile = core::SampleBytes(std::move(strZeile));
     EncodePeriods();
     FinishImage();
 }
@@ -88,18 +88,18 @@ void Window1::RefuseTooLarge()
 void Window1::LoadHeaders()
 {
     if (addressEntry_ == AddressEntry::WithImage) addressEntry_ = AddressEntry::WithoutImage;
-    if (menuBar_.OptionAudioSharp.HasCheckMark()) HeaderLaenge = conversion::kTokensPC1600;
-    if (menuBar_.OptionAudioPokEmul.HasCheckMark()) HeaderLaenge = conversion::kTokensPokeMul;
-    HeaderPC1600 = conversion::TemplatePC1600();
-    HeaderPokeMul = conversion::TemplatePokeMul();
+    if (menuBar_.OptionAudioSharp.HasCheckMark()) HeaderLaenge = core::kTokensPC1600;
+    if (menuBar_.OptionAudioPokEmul.HasCheckMark()) HeaderLaenge = core::kTokensPokeMul;
+    HeaderPC1600 = core::TemplatePC1600();
+    HeaderPokeMul = core::TemplatePokeMul();
 }
 
 void Window1::PatchHeaders(std::string_view RateToken, std::string_view NameTokens)
 {
     if (menuBar_.OptionAudioSharp.HasCheckMark())
-        HeaderPC1600 = conversion::WithRateAndTitle(HeaderPC1600, RateToken, NameTokens);
+        HeaderPC1600 = core::WithRateAndTitle(HeaderPC1600, RateToken, NameTokens);
     if (menuBar_.OptionAudioPokEmul.HasCheckMark())
-        HeaderPokeMul = conversion::WithRateAndTitle(HeaderPokeMul, RateToken, NameTokens);
+        HeaderPokeMul = core::WithRateAndTitle(HeaderPokeMul, RateToken, NameTokens);
 }
 
 // The listing option can't change while this runs: the menu is refused during a drop.
@@ -107,7 +107,7 @@ void Window1::EncodePeriods()
 {
     std::string listing; // the text area gets it once
     if (const auto head = TextFor(Language, kListingHead)) (listing += *head) += '\r';
-    BinZeile = conversion::EncodePeriods(strZeile, ListingWanted() ? &listing : nullptr, RuntimeBackgroundTask);
-    Datengroesse = static_cast<std::int64_t>(conversion::TokenCount(BinZeile));
+    BinZeile = core::EncodePeriods(strZeile, ListingWanted() ? &listing : nullptr, RuntimeBackgroundTask);
+    Datengroesse = static_cast<std::int64_t>(core::TokenCount(BinZeile));
     if (ListingWanted()) TextAreaCodeAusgabe.SetText(std::move(listing));
 }

@@ -1,7 +1,7 @@
 // The end of a drop: the program length, what the size means, and the prompts for the load address.
-#include "ImageSize.h"
-#include "SoundFileHeader.h"
-#include "Window1.h"
+#include "core/ImageSize.h"
+#include "core/SoundFileHeader.h"
+#include "window/Window1.h"
 
 #include <string>
 
@@ -29,11 +29,11 @@ void Window1::FinishImage()
     LabelDragAndDrop.SetTextColor(kBlack);
     Label3.SetTextColor(kBlack);
 
-    switch (conversion::SizeBandOf(Datengroesse)) {
-    case conversion::SizeBand::Size: ShowSize(kSize); break;
-    case conversion::SizeBand::Silent: break;
-    case conversion::SizeBand::NeedsExtension: ShowSize(kNeedsExtension); break;
-    case conversion::SizeBand::TooLarge: ShowSize(kImageTooLarge); return RefuseImage();
+    switch (core::SizeBandOf(Datengroesse)) {
+    case core::SizeBand::Size: ShowSize(kSize); break;
+    case core::SizeBand::Silent: break;
+    case core::SizeBand::NeedsExtension: ShowSize(kNeedsExtension); break;
+    case core::SizeBand::TooLarge: ShowSize(kImageTooLarge); return RefuseImage();
     }
     ShowPrompts();
 }
@@ -49,13 +49,13 @@ void Window1::ShowSize(const MessagePair& message)
 // Leaves Datengroesse at the size of header and run bytes.
 void Window1::PatchProgramLength()
 {
-    const std::int64_t ProgramLength = Datengroesse + HeaderLaenge - conversion::kFileHeaderTokens;
-    if (const auto tokens = conversion::WordTokensOf(ProgramLength)) {
+    const std::int64_t ProgramLength = Datengroesse + HeaderLaenge - core::kFileHeaderTokens;
+    if (const auto tokens = core::WordTokensOf(ProgramLength)) {
         PrgLngLowByte = tokens->low;
         PrgLngHighByte = tokens->high;
     }
-    HeaderPC1600 = conversion::WithProgramLength(HeaderPC1600, PrgLngLowByte, PrgLngHighByte);
-    Datengroesse = ProgramLength + conversion::kFileHeaderTokens;
+    HeaderPC1600 = core::WithProgramLength(HeaderPC1600, PrgLngLowByte, PrgLngHighByte);
+    Datengroesse = ProgramLength + core::kFileHeaderTokens;
 }
 
 void Window1::ShowPrompts()

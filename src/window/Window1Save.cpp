@@ -1,8 +1,8 @@
 // From the finished image to the file.
-#include "FileTypes1.h"
-#include "Files.h"
-#include "SoundFileImage.h"
-#include "Window1.h"
+#include "core/SoundFileImage.h"
+#include "platform/Files.h"
+#include "window/FileTypes1.h"
+#include "window/Window1.h"
 
 namespace {
 
@@ -30,7 +30,7 @@ bool Window1::DoSaveAS()
     const auto chosen = dialogs_.ShowModal(dialog);
 
     const auto& header = menuBar_.OptionAudioSharp.HasCheckMark() ? HeaderPC1600 : HeaderPokeMul;
-    BinStringPC1600 = output::SoundFileImage(header, BinZeile, RuntimeBackgroundTask);
+    BinStringPC1600 = core::SoundFileImage(header, BinZeile, RuntimeBackgroundTask);
     try {
         if (chosen) platform::WriteBytes(*chosen, BinStringPC1600);
     } catch (const platform::IOException& failure) {

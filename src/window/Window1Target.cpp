@@ -1,6 +1,6 @@
 // The choice of the target by menu and by radio button, the listing option, and the About box.
-#include "SharedTexts.h"
-#include "Window1.h"
+#include "window/SharedTexts.h"
+#include "window/Window1.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // WindowLayout.h: the window and its controls as tables.
 #pragma once
 
-#include "Controls.h"
-#include "Window.h"
+#include "platform/Controls.h"
+#include "platform/Window.h"
 
 #include <algorithm>
 #include <cstdint>

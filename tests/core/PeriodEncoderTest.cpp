@@ -1,5 +1,5 @@
-#include "PeriodEncoder.h"
-#include "WaveBytes.h"
+#include "core/PeriodEncoder.h"
+#include "support/WaveBytes.h"
 
 #include <gtest/gtest.h>
 
@@ -25,9 +25,9 @@ struct Encoded {
 
     explicit Encoded(const std::string& samples)
     {
-        conversion::Yield yield([] {});
-        tokens = conversion::EncodePeriods(samples, &listing, yield);
-        EXPECT_TRUE(conversion::EncodePeriods(samples, nullptr, yield) == tokens);
+        core::BackgroundTask yield([] {});
+        tokens = core::EncodePeriods(samples, &listing, yield);
+        EXPECT_TRUE(core::EncodePeriods(samples, nullptr, yield) == tokens);
     }
 };
 

@@ -1,6 +1,6 @@
-#include "WaveAcceptance.h"
+#include "core/WaveAcceptance.h"
 
-#include "WaveBytes.h"
+#include "support/WaveBytes.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 
 namespace {
 
-using conversion::WaveRefusal;
+using core::WaveRefusal;
 
 TEST(WaveAcceptance, JudgesTheFourFieldsByAllTheirBytesAndInTheirOrder)
 {
@@ -28,13 +28,13 @@ TEST(WaveAcceptance, JudgesTheFourFieldsByAllTheirBytesAndInTheirOrder)
              {WaveBytes().bits(0x0108), WaveRefusal::BitsPerSample},
              {WaveBytes().length(34), WaveRefusal::BitsPerSample},
          })
-        EXPECT_EQ(conversion::RefusalOf(conversion::ReadWaveFields(file)), refusal);
+        EXPECT_EQ(core::RefusalOf(core::ReadWaveFields(file)), refusal);
 }
 
 TEST(WaveAcceptance, TitleHasOneByteForEachOf25Characters)
 {
-    conversion::Yield yield([] {});
-    const auto tokens = [&](std::u32string_view name) { return conversion::NameTokens(name, yield); };
+    core::BackgroundTask yield([] {});
+    const auto tokens = [&](std::u32string_view name) { return core::NameTokens(name, yield); };
     EXPECT_EQ(tokens(U"\t\u00E4\u00FF"), "&H09&HE4&HFF" + Times(22, "&H00"));
     EXPECT_EQ(tokens(U"\u0100\U0001F600"), "&H3F&H3F" + Times(23, "&H00")); // no byte can hold them: a question mark
     EXPECT_EQ(tokens(std::u32string(24, 'a') + U"bc").substr(96), "&H62");

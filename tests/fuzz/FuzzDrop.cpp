@@ -1,13 +1,13 @@
 // Any file, name, target and typed address: each ends in one refusal, or in a file that the preview takes and that lasts
 // as long as the recording.
 // Input: a byte of switches; the file's name up to a line end; the typed address up to a line end; the file.
-#include "App.h"
-#include "Application.h"
-#include "FakeDialogs.h"
-#include "Files.h"
-#include "KnownFile.h"
-#include "SoundFile.h"
-#include "WaveBytes.h"
+#include "platform/Application.h"
+#include "platform/Files.h"
+#include "preview/SoundFile.h"
+#include "support/FakeDialogs.h"
+#include "support/KnownFile.h"
+#include "support/WaveBytes.h"
+#include "window/App.h"
 
 #include <QCoreApplication>
 
@@ -45,7 +45,10 @@ void RequireSound(const std::filesystem::path& saved, const std::string& file, s
     Require(refusal == nullptr, refusal != nullptr ? refusal->reason : "");
     const auto& sound = std::get<preview::SoundFile>(parsed);
     Require(sound.loadAddress == address, "the typed address");
-    Require(sound.sampleRate == (file[24] == '\x11' ? 11025 : file[24] == '\x40' ? 8000 : 6000), "the file's rate");
+    Require(sound.sampleRate.hertz == (file[24] == '\x11'   ? 11025
+                                       : file[24] == '\x40' ? 8000
+                                                            : 6000),
+            "the file's rate");
     const auto samples = std::accumulate(sound.runBytes.begin(), sound.runBytes.end(), 0L,
                                          [](auto sum, char byte) { return sum + static_cast<unsigned char>(byte); });
     Require(samples == LastFall(file), "the periods add up to the last fall");

@@ -1,7 +1,11 @@
-// The times that the preview works with, held against a Z80 that runs the same file.
-#include "Timing.h"
-#include "KnownFile.h"
-#include "Z80Machine.h"
+// The times that the machine takes, held against a Z80 that runs the same file.
+#include "machine/Timing.h"
+#include "core/HexTokenText.h"
+#include "core/WaveAcceptance.h"
+#include "preview/SoundFile.h"
+#include "support/KnownFile.h"
+#include "support/WaveBytes.h"
+#include "support/Z80Machine.h"
 
 #include <gtest/gtest.h>
 
@@ -10,24 +14,35 @@
 
 namespace {
 
-using namespace preview;
+using namespace machine;
 
-TEST(Timing, IsThatOfTheMachineToTheCycle)
+TEST(SampleRates, GoAllTheWayFromTheRecordingToThePort)
 {
     // Short and long ones, the bounds of each kind, a long period that never falls, and all again behind each other.
     const auto runBytes = Bytes("02 05 80 fd fe 00 fe 01 fe fe 01 fe fe 02 00 01 fe fd 07 fe");
-    for (const char rateByte : {'\x06', '\x08', '\x0B'})
+    for (const auto& rate : kSampleRates)
         for (const long waits : {0, 1})
             for (const auto& header : {kFileHeader, std::string()}) {
-                const auto player = PokEmulFile(rateByte, runBytes);
+                SCOPED_TRACE(rate.hertz);
+                EXPECT_EQ(core::RefusalOf(core::ReadWaveFields(std::string(WaveBytes().rate(rate.hertz)))),
+                          std::nullopt);
+                const auto rateByte = core::ByteOfToken(core::RateToken(rate.hertz), 0);
+                const auto player = PokEmulFile(static_cast<char>(rateByte), runBytes);
+                const auto parsed = preview::ParseSoundFile(header + player);
+                ASSERT_TRUE(std::holds_alternative<preview::SoundFile>(parsed));
+                const auto& sound = std::get<preview::SoundFile>(parsed);
+                EXPECT_EQ(sound.sampleRate.hertz, rate.hertz);
+
                 const auto levels = Play(player, waits);
-                const auto writes = PerformanceOf(std::get<SoundFile>(ParseSoundFile(header + player)), waits).writes;
+                const auto writes = PerformanceOf(sound.runBytes, sound.sampleRate, waits).writes;
                 ASSERT_EQ(levels.size(), 40U);
                 ASSERT_EQ(writes.size(), 40U);
                 for (std::size_t i = 0; i < writes.size(); ++i) {
-                    EXPECT_EQ(writes[i].time, levels[i].start - levels[0].start) << i << " at " << int{rateByte};
+                    EXPECT_EQ(writes[i].time, levels[i].start - levels[0].start) << i;
                     EXPECT_EQ(writes[i].high, levels[i].value == 0xC0) << i;
                 }
+                // A delay step is half a sample of the recording, or pitch and tempo would be others.
+                EXPECT_NEAR(2.0 * static_cast<double>(rate.stepCycles) * rate.hertz / 3'580'000, 1, 0.08);
             }
 }
 
@@ -43,8 +58,7 @@ TEST(Periods, GoFromRiseToRise)
              {"00", {{256, 115826}}},                  // no recording leads to it
          }) {
         Periods found;
-        for (const auto& period :
-             PeriodsOf({.loadAddress = {}, .sampleRate = 8000, .title = "", .runBytes = Bytes(runBytes)}, 1))
+        for (const auto& period : PeriodsOf(Bytes(runBytes), *RateOfHertz(8000), 1))
             found.emplace_back(period.samples, period.cycles);
         EXPECT_EQ(found, expected) << runBytes;
     }

@@ -1,5 +1,5 @@
 // The real boxes and the real save dialog, answered by a timer that looks at them.
-#include "WindowTest.h"
+#include "support/WindowTest.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // The toolkit's events as they reach the window: one at a time, never as a move, by key and not by text.
-#include "WindowTest.h"
+#include "support/WindowTest.h"
 
 #include <sys/stat.h>
 

@@ -1,6 +1,6 @@
 // The real file layer under faults: nothing is lost, nothing stays half written, nothing hangs, nothing is told that isn't
 // so.
-#include "WindowTest.h"
+#include "support/WindowTest.h"
 
 #include <cerrno>
 #include <csignal>

@@ -1,5 +1,5 @@
 // The program as a shell starts it: what it says, with which status, and what it leaves in the folder.
-#include "KnownFile.h"
+#include "support/KnownFile.h"
 
 #include <gtest/gtest.h>
 

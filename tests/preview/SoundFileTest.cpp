@@ -1,6 +1,6 @@
 // What is taken for a sound file, and what the report tells about it.
-#include "KnownFile.h"
-#include "Report.h"
+#include "preview/Report.h"
+#include "support/KnownFile.h"
 
 #include <gtest/gtest.h>
 
@@ -36,7 +36,7 @@ TEST(SoundFile, IsRefusedForWhatIsWrong)
              {kPC1600.substr(0, 134), "the end mark is missing"},
              {With(kPC1600, 13, "\1"), "the file header's bytes differ at 13"},
              {With(kPC1600, 30, "\1"), "the player's bytes differ at 30"},
-             {With(kPC1600, 89, "\x0C"), "the rate byte is 12, none of 6, 8 and 11"},
+             {With(kPC1600, 89, "\x0C"), "the rate byte is 12, which the player doesn't know"},
              {kPC1600 + '\0', "the end mark at 151 isn't followed by two zeros and the end"},
              {With(kPC1600, 5, "\x89"), "the file header tells a program of 137 bytes, but it has 136"},
              {With(kPC1600, 8, "\xC4"), "the load address 80C4 isn't between 80C5 and EFFF"},
@@ -66,7 +66,7 @@ TEST(SoundFile, StaysOneOnlyWhereATitleOrARunByteChanges)
 
 TEST(Report, TellsWhatTheMachineWillPlay)
 {
-    const auto report = [](const std::string& file, const Machine& machine = {}) {
+    const auto report = [](const std::string& file, const machine::Machine& machine = {}) {
         return ReportOn(std::get<SoundFile>(ParseSoundFile(file)), machine);
     };
     // 346 cycles a sample and 114 a period: 1844 for 5 samples, 2882 for 8.

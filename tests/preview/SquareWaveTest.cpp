@@ -1,6 +1,6 @@
 // The Wave file, listened to: edges where the port has them, no tones that it hasn't.
-#include "SquareWave.h"
-#include "KnownFile.h"
+#include "preview/SquareWave.h"
+#include "support/KnownFile.h"
 
 #include <gmock/gmock.h>
 
@@ -16,12 +16,13 @@
 namespace {
 
 using namespace preview;
+using machine::Performance;
 
 constexpr std::int64_t kClock = 3'580'000;
 
 Performance Play(std::uint32_t sampleRate, const std::string& runBytes)
 {
-    return PerformanceOf({.loadAddress = {}, .sampleRate = sampleRate, .title = "", .runBytes = runBytes}, 1);
+    return machine::PerformanceOf(runBytes, *machine::RateOfHertz(sampleRate), 1);
 }
 
 std::string WaveOf(const Performance& performance, std::int64_t outputRate)

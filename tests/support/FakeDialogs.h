@@ -1,7 +1,7 @@
 // FakeDialogs.h: answers at once, and keeps all that was shown.
 #pragma once
 
-#include "Dialogs.h"
+#include "platform/Dialogs.h"
 
 #include <functional>
 #include <string>

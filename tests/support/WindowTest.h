@@ -1,11 +1,11 @@
 // WindowTest.h: the real window, off screen, with dialogs that answer at once and a folder for files.
 #pragma once
 
-#include "App.h"
-#include "FakeDialogs.h"
-#include "Files.h"
-#include "KnownFile.h"
-#include "WaveBytes.h"
+#include "platform/Files.h"
+#include "support/FakeDialogs.h"
+#include "support/KnownFile.h"
+#include "support/WaveBytes.h"
+#include "window/App.h"
 
 #include <QtTest>
 #include <QtWidgets>

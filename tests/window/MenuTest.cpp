@@ -1,5 +1,5 @@
 // The menus as they are used: by letter, by shortcut, by mouse.
-#include "WindowTest.h"
+#include "support/WindowTest.h"
 
 #include <cstdlib>
 #include <random>

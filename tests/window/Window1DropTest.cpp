@@ -1,6 +1,6 @@
 // What a drop shows and what it leaves behind, at each of its ways out.
-#include "SoundFileHeader.h"
-#include "WindowTest.h"
+#include "core/SoundFileHeader.h"
+#include "support/WindowTest.h"
 
 namespace {
 
@@ -45,7 +45,7 @@ protected:
                         .prompts = Prompts(),
                         .runBytes = window.BinZeile.size() / 4,
                         .samples = window.strZeile.size(),
-                        .unpatched = window.HeaderPC1600 == conversion::TemplatePC1600()};
+                        .unpatched = window.HeaderPC1600 == core::TemplatePC1600()};
         EXPECT_EQ(now.Fields(), expected.Fields());
     }
 };

@@ -1,5 +1,5 @@
 // From the prompt to the bytes of the file.
-#include "WindowTest.h"
+#include "support/WindowTest.h"
 
 namespace {
 

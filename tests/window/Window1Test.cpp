@@ -1,5 +1,5 @@
 // The window as it is built, its start-up texts, and the choice of the target.
-#include "WindowTest.h"
+#include "support/WindowTest.h"
 
 namespace {
 

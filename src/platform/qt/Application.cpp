@@ -1,6 +1,6 @@
-#include "Application.h"
+#include "platform/Application.h"
 
-#include "System.h"
+#include "platform/qt/System.h"
 
 #include <QApplication>
 #include <QIcon>

@@ -1,8 +1,8 @@
-#include "Controls.h"
+#include "platform/Controls.h"
 
-#include "FittedFont.h"
-#include "QtText.h"
-#include "WindowImpl.h"
+#include "platform/qt/FittedFont.h"
+#include "platform/qt/QtText.h"
+#include "platform/qt/WindowImpl.h"
 
 #include <QApplication>
 #include <QKeyEvent>

@@ -1,7 +1,7 @@
-#include "Dialogs.h"
+#include "platform/Dialogs.h"
 
-#include "QtText.h"
-#include "System.h"
+#include "platform/qt/QtText.h"
+#include "platform/qt/System.h"
 
 #include <QApplication>
 #include <QFileDialog>

@@ -1,8 +1,8 @@
 // DraggedFile.h: the file that a drag or the clipboard holds.
 #pragma once
 
-#include "Files.h"
-#include "System.h"
+#include "platform/Files.h"
+#include "platform/qt/System.h"
 
 #include <QMimeData>
 

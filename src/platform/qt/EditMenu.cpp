@@ -1,6 +1,6 @@
-#include "EditMenu.h"
+#include "platform/qt/EditMenu.h"
 
-#include "DraggedFile.h"
+#include "platform/qt/DraggedFile.h"
 
 #include <QApplication>
 #include <QClipboard>

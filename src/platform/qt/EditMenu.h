@@ -1,8 +1,8 @@
 // EditMenu.h: the items that work on the text that has the focus.
 #pragma once
 
-#include "Files.h"
-#include "Menu.h"
+#include "platform/Files.h"
+#include "platform/Menu.h"
 
 #include <QAction>
 #include <QMenu>

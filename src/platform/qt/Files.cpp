@@ -1,7 +1,7 @@
-#include "Files.h"
+#include "platform/Files.h"
 
-#include "QtText.h"
-#include "System.h"
+#include "platform/qt/QtText.h"
+#include "platform/qt/System.h"
 
 #include <QDir>
 #include <QRandomGenerator>

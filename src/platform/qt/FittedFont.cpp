@@ -1,4 +1,4 @@
-#include "FittedFont.h"
+#include "platform/qt/FittedFont.h"
 
 #include <QFontInfo>
 #include <QFontMetrics>

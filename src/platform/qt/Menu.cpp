@@ -1,7 +1,7 @@
-#include "MenuImpl.h"
+#include "platform/qt/MenuImpl.h"
 
-#include "EditMenu.h"
-#include "QtText.h"
+#include "platform/qt/EditMenu.h"
+#include "platform/qt/QtText.h"
 
 #include <QApplication>
 #include <QKeySequence>

@@ -1,7 +1,7 @@
 // MenuImpl.h: what MenuBar, its items and the window share behind their headers.
 #pragma once
 
-#include "EditMenu.h"
+#include "platform/qt/EditMenu.h"
 
 #include <QMenuBar>
 #include <QPointer>

@@ -1,4 +1,4 @@
-#include "System.h"
+#include "platform/qt/System.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,8 +1,8 @@
-#include "WindowImpl.h"
+#include "platform/qt/WindowImpl.h"
 
-#include "DraggedFile.h"
-#include "MenuImpl.h"
-#include "QtText.h"
+#include "platform/qt/DraggedFile.h"
+#include "platform/qt/MenuImpl.h"
+#include "platform/qt/QtText.h"
 
 #include <QCloseEvent>
 #include <QDropEvent>

@@ -1,7 +1,7 @@
 // WindowImpl.h: what the window and its controls share behind their headers.
 #pragma once
 
-#include "Window.h"
+#include "platform/Window.h"
 
 #include <QList>
 #include <QMainWindow>

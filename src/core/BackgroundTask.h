@@ -1,16 +1,16 @@
-// Yield.h: the point in a long loop at which other work may run.
+// BackgroundTask.h: the point in a long loop at which other work may run.
 #pragma once
 
 #include <cstddef>
 #include <functional>
 #include <utility>
 
-namespace conversion {
+namespace core {
 
 /// Counts the passes of a loop and runs the other work now and then, so that it may be called for every sample.
-class Yield {
+class BackgroundTask {
 public:
-    explicit Yield(std::function<void()> otherWork) : otherWork_(std::move(otherWork)) {}
+    explicit BackgroundTask(std::function<void()> otherWork) : otherWork_(std::move(otherWork)) {}
 
     void operator()(std::ptrdiff_t passes = 1)
     {
@@ -27,4 +27,4 @@ private:
     std::ptrdiff_t passes_ = 0;
 };
 
-} // namespace conversion
+} // namespace core
