@@ -79,21 +79,18 @@ std::string WithWord(std::string_view header, std::size_t token, std::string_vie
 
 } // namespace
 
-std::string_view TemplatePC1600()
-{
-    return kHeaderPC1600;
-}
+constinit const HeaderLayout kLayoutPC1600{
+    .tokens = kHeaderPC1600, .rateToken = kRateToken, .titleToken = kTitleToken, .hasFileHeader = true};
+constinit const HeaderLayout kLayoutPokeMul{.tokens = kHeaderPC1600.substr(kFileHeaderTokens * kTokenLength),
+                                            .rateToken = kRateToken - kFileHeaderTokens,
+                                            .titleToken = kTitleToken - kFileHeaderTokens,
+                                            .hasFileHeader = false};
 
-std::string_view TemplatePokeMul()
+std::string WithRateAndTitle(std::string_view header, const HeaderLayout& layout, std::string_view rateToken,
+                             std::string_view nameTokens)
 {
-    return kHeaderPC1600.substr(kFileHeaderTokens * kTokenLength);
-}
-
-std::string WithRateAndTitle(std::string_view header, std::string_view rateToken, std::string_view nameTokens)
-{
-    const auto absentTokens = kTokensPC1600 - TokenCount(header);
-    const auto withRate = Splice(header, kRateToken - absentTokens, rateToken);
-    return Splice(withRate, kTitleToken - absentTokens, std::string(nameTokens) + std::string(kTitleEnd));
+    return Splice(Splice(header, layout.rateToken, rateToken), layout.titleToken,
+                  std::string(nameTokens) + std::string(kTitleEnd));
 }
 
 std::optional<WordTokens> WordTokensOf(std::int64_t number)

@@ -7,7 +7,7 @@
 //     program length     5                  2     the run bytes are known; low byte first
 //     load address       8                  2     the address is accepted; low byte first
 //     start address     11                  2     the same, with the same value
-//     rate byte         89                  1     the sample rate is accepted: 6, 8 or 11
+//     rate byte         89                  1     the sample rate is accepted
 //     title            105                 25     the same; byte 0D behind it
 // For PokEmul take 16 off; the first three don't exist there.
 #pragma once
@@ -32,13 +32,19 @@ inline constexpr std::size_t kRateToken = 89;
 inline constexpr std::size_t kTitleToken = 105;
 inline constexpr std::size_t kTitleTokens = 25;
 
-/// The header of each target, unpatched.
-[[nodiscard]] std::string_view TemplatePC1600();
-[[nodiscard]] std::string_view TemplatePokeMul();
+/// The header of a target, unpatched, and where its fields stand.
+struct HeaderLayout {
+    std::string_view tokens;
+    std::size_t rateToken;
+    std::size_t titleToken;
+    bool hasFileHeader; // with the program length and the addresses
+};
+extern const HeaderLayout kLayoutPC1600;
+extern const HeaderLayout kLayoutPokeMul;
 
-/// `header` of either target with rate and title. `nameTokens` are 25 tokens.
-[[nodiscard]] std::string WithRateAndTitle(std::string_view header, std::string_view rateToken,
-                                           std::string_view nameTokens);
+/// `header` of that layout with rate and title. `nameTokens` are 25 tokens.
+[[nodiscard]] std::string WithRateAndTitle(std::string_view header, const HeaderLayout& layout,
+                                           std::string_view rateToken, std::string_view nameTokens);
 
 /// A 16-bit number as two tokens.
 struct WordTokens {

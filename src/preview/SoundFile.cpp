@@ -46,7 +46,7 @@ bool IsField(std::size_t token)
 std::optional<Refusal> RefusalOfConstants(std::string_view bytes, std::size_t absent)
 {
     for (auto token = absent; token < kTokensPC1600; ++token) {
-        if (IsField(token) || ByteAt(bytes, token - absent) == ByteOfToken(TemplatePC1600(), token)) continue;
+        if (IsField(token) || ByteAt(bytes, token - absent) == ByteOfToken(kLayoutPC1600.tokens, token)) continue;
         const std::string whose = token < kFileHeader ? "the file header's" : "the player's";
         return Refusal{whose + " bytes differ at " + std::to_string(token - absent)};
     }
@@ -78,8 +78,8 @@ std::variant<SoundFile, Refusal> Parse(std::string_view bytes)
 {
     if (bytes.size() > kLargestFile) return Refusal{"more than " + std::to_string(kLargestFile) + " bytes"};
     if (bytes.empty()) return Refusal{"it is empty"};
-    const bool hasHeader = ByteAt(bytes, 0) == ByteOfToken(TemplatePC1600(), 0);
-    if (!hasHeader && ByteAt(bytes, 0) != ByteOfToken(TemplatePokeMul(), 0))
+    const bool hasHeader = ByteAt(bytes, 0) == ByteOfToken(kLayoutPC1600.tokens, 0);
+    if (!hasHeader && ByteAt(bytes, 0) != ByteOfToken(kLayoutPokeMul.tokens, 0))
         return Refusal{"it begins neither with a file header nor with the player"};
     const std::size_t absent = hasHeader ? 0 : kFileHeader;
     const auto front = kTokensPC1600 - absent; // bytes before the run bytes

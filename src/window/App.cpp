@@ -1,6 +1,7 @@
 #include "window/App.h"
 
 #include "window/SharedTexts.h"
+#include "window/Targets.h"
 
 namespace {
 
@@ -16,9 +17,9 @@ App::App(platform::Dialogs& dialogs) : Window(Gate, MenuBar, dialogs)
 // The start-up texts are English: the window's own texts are German.
 void App::Event_Open()
 {
-    Window.SetTarget(SoundTarget::PC1600);
+    Window.SetTarget(kTargetPC1600);
     Language = "eng";
     if (const auto text = TextFor(Language, kDragPrompt)) Window.LabelDragAndDrop.SetText(*text);
     if (const auto text = TextFor(Language, kSampleFormat)) Window.Label3.SetText(*text);
-    if (const auto text = TextFor(Language, kTitlePC1600)) Window.SetTitle(*text);
+    if (const auto text = TextFor(Language, kTargetPC1600.title)) Window.SetTitle(*text);
 }

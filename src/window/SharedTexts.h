@@ -1,4 +1,4 @@
-// SharedTexts.h: texts that more than one place shows. All others stand beside the code that shows them.
+// SharedTexts.h: a text that more than one place shows. All others stand beside the code that shows them.
 #pragma once
 
 #include "window/MessagePair.h"
@@ -6,6 +6,3 @@
 inline constexpr MessagePair kSampleFormat{
     .ger = "Benutze das Sampleformat 6000 Hz - 11025 Hz / 8 bit Encodierung / PCM / Mono",
     .eng = "Use sample format 6000 Hz - 11025 Hz / 8 bit depth / PCM / mono"};
-
-inline constexpr MessagePair kTitlePC1600{.ger = "Klangfloss PC-1600", .eng = "Tonfloss PC-1600"};
-inline constexpr MessagePair kTitlePokEmul{.ger = "Klangfloss PokEmul", .eng = "Tonfloss PokEmul"};

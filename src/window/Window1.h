@@ -17,7 +17,7 @@
 #include <string>
 #include <string_view>
 
-enum class SoundTarget { PC1600, PokEmul };
+struct TargetRow;
 
 class Window1 : public platform::Window {
 public:
@@ -67,7 +67,9 @@ public:
     bool TextFieldAudioAdresse_KeyDown(std::u32string_view key);
 
     // window/Window1Target.cpp
-    void SetTarget(SoundTarget target);
+    /// The target whose menu item has the check mark; nullptr where none has, which no choice of the user leads to.
+    [[nodiscard]] const TargetRow* Target() const;
+    void SetTarget(const TargetRow& target);
     void RadioButtonPC1600_Action();
     void RadioButtonPokEmul_Action();
     bool OptionAudioSharp_Action();
@@ -88,7 +90,7 @@ private:
     // window/Window1Drop.cpp
     void RefuseTooLarge();
     void LoadHeaders();
-    void PatchHeaders(std::string_view RateToken, std::string_view NameTokens);
+    void PatchHeader(std::string_view RateToken, std::string_view NameTokens);
     void EncodePeriods();
 
     // window/Window1Finish.cpp
@@ -108,7 +110,7 @@ private:
     [[nodiscard]] bool DoSaveAS();
 
     // window/Window1Target.cpp
-    void ChooseTarget(SoundTarget target, const MessagePair& title);
+    void ChooseTarget(const TargetRow& target, const MessagePair& title);
 
     // The prompts for the address stay open when a further drop is refused. There is nothing to save then: the headers
     // are templates again, and the run bytes are those of the recording before.

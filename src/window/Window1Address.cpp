@@ -3,7 +3,7 @@
 #include "core/SoundFileHeader.h"
 #include "core/TextLibrary.h"
 #include "window/SharedTexts.h"
-#include "window/Window1.h"
+#include "window/Targets.h"
 
 #include <cassert>
 
@@ -57,7 +57,7 @@ void Window1::PatchAddress(std::int64_t address)
     assert(tokens);
     LowByteDatenAnfang = tokens->low;
     HighByteDatenAnfang = tokens->high;
-    if (menuBar_.OptionAudioSharp.HasCheckMark())
+    if (const auto* const target = Target(); target != nullptr && target->layout.hasFileHeader)
         HeaderPC1600 = core::WithAddress(HeaderPC1600, LowByteDatenAnfang, HighByteDatenAnfang);
 }
 

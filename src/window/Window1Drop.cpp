@@ -6,7 +6,7 @@
 #include "core/WaveAcceptance.h"
 #include "platform/Files.h"
 #include "window/SharedTexts.h"
-#include "window/Window1.h"
+#include "window/Targets.h"
 
 #include <utility>
 
@@ -64,7 +64,7 @@ void Window1::Event_DropObject(const platform::DragItem& item)
     // A file of the wrong depth is refused only when its header and title are made.
     if (refusal && refusal != core::WaveRefusal::BitsPerSample) return ShowMessage(MessageFor(*refusal));
     SetTitle(core::FileTitle(platform::Utf8(FileName), FileLength, fields.sampleRate));
-    PatchHeaders(core::RateToken(fields.sampleRate), NameTokens);
+    PatchHeader(core::RateToken(fields.sampleRate), NameTokens);
     if (refusal) return ShowMessage(MessageFor(*refusal));
 
     strZeile = core::SampleBytes(std::move(strZeile));
@@ -84,22 +84,20 @@ void Window1::RefuseTooLarge()
     EmptyListing();
 }
 
-// Both templates, whatever the target: no patch of an earlier conversion stays.
+// All templates, whatever the target: no patch of an earlier conversion stays.
 void Window1::LoadHeaders()
 {
     if (addressEntry_ == AddressEntry::WithImage) addressEntry_ = AddressEntry::WithoutImage;
-    if (menuBar_.OptionAudioSharp.HasCheckMark()) HeaderLaenge = core::kTokensPC1600;
-    if (menuBar_.OptionAudioPokEmul.HasCheckMark()) HeaderLaenge = core::kTokensPokeMul;
-    HeaderPC1600 = core::TemplatePC1600();
-    HeaderPokeMul = core::TemplatePokeMul();
+    if (const auto* const target = Target())
+        HeaderLaenge = static_cast<std::int64_t>(core::TokenCount(target->layout.tokens));
+    for (const auto* const row : kTargets)
+        this->*row->header = row->layout.tokens;
 }
 
-void Window1::PatchHeaders(std::string_view RateToken, std::string_view NameTokens)
+void Window1::PatchHeader(std::string_view RateToken, std::string_view NameTokens)
 {
-    if (menuBar_.OptionAudioSharp.HasCheckMark())
-        HeaderPC1600 = core::WithRateAndTitle(HeaderPC1600, RateToken, NameTokens);
-    if (menuBar_.OptionAudioPokEmul.HasCheckMark())
-        HeaderPokeMul = core::WithRateAndTitle(HeaderPokeMul, RateToken, NameTokens);
+    if (const auto* const target = Target())
+        this->*target->header = core::WithRateAndTitle(this->*target->header, target->layout, RateToken, NameTokens);
 }
 
 // The listing option can't change while this runs: the menu is refused during a drop.

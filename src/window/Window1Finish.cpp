@@ -1,7 +1,7 @@
 // The end of a drop: the program length, what the size means, and the prompts for the load address.
 #include "core/ImageSize.h"
 #include "core/SoundFileHeader.h"
-#include "window/Window1.h"
+#include "window/Targets.h"
 
 #include <string>
 
@@ -25,7 +25,7 @@ constexpr MessagePair kAddressLimits{.ger = "Mit 32KB Erweiterung > =80C5\r\nOhn
 
 void Window1::FinishImage()
 {
-    if (menuBar_.OptionAudioSharp.HasCheckMark()) PatchProgramLength();
+    if (const auto* const target = Target(); target != nullptr && target->layout.hasFileHeader) PatchProgramLength();
     LabelDragAndDrop.SetTextColor(kBlack);
     Label3.SetTextColor(kBlack);
 

@@ -2,7 +2,7 @@
 #include "core/SoundFileImage.h"
 #include "platform/Files.h"
 #include "window/FileTypes1.h"
-#include "window/Window1.h"
+#include "window/Targets.h"
 
 namespace {
 
@@ -13,24 +13,24 @@ constexpr MessagePair kNotSaved{.ger = "Ups! Da ist ein Fehler passiert.\nPC-160
 
 } // namespace
 
-// False where the file couldn't be written: the address entry stays open for another try.
+// False where the file couldn't be written: the address entry stays open for another try. Without a target there is
+// nothing to make, and so nothing to save.
 bool Window1::DoSaveAS()
 {
-    if (addressEntry_ != AddressEntry::WithImage) {
+    const auto* const target = Target();
+    if (target == nullptr || addressEntry_ != AddressEntry::WithImage) {
         ShowMessage(kNotSaved);
         return true;
     }
     platform::SaveAsDialog dialog;
     dialog.InitialDirectory = platform::Documents();
-    if (menuBar_.OptionAudioSharp.HasCheckMark()) dialog.PromptText = "Save PC-1600 Sound File";
-    if (menuBar_.OptionAudioPokEmul.HasCheckMark()) dialog.PromptText = "Save PokEmul Sound File";
+    dialog.PromptText = target->savePrompt;
     dialog.SuggestedFileName = "SOUND";
     dialog.Title = "Title Property";
     dialog.Filter = platform::FilterText(FileTypes1::Binary);
     const auto chosen = dialogs_.ShowModal(dialog);
 
-    const auto& header = menuBar_.OptionAudioSharp.HasCheckMark() ? HeaderPC1600 : HeaderPokeMul;
-    BinStringPC1600 = core::SoundFileImage(header, BinZeile, RuntimeBackgroundTask);
+    BinStringPC1600 = core::SoundFileImage(this->*target->header, BinZeile, RuntimeBackgroundTask);
     try {
         if (chosen) platform::WriteBytes(*chosen, BinStringPC1600);
     } catch (const platform::IOException& failure) {

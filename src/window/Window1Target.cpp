@@ -1,45 +1,46 @@
 // The choice of the target by menu and by radio button, the listing option, and the About box.
-#include "window/SharedTexts.h"
-#include "window/Window1.h"
+#include "window/Targets.h"
 
-namespace {
+#include <algorithm>
+#include <iterator>
 
-// The menu's English titles differ from those of the radio buttons; the German ones agree.
-constexpr MessagePair kMenuTitlePC1600{.ger = kTitlePC1600.ger, .eng = "Tonfloss für PC-1600"};
-constexpr MessagePair kMenuTitlePokEmul{.ger = kTitlePokEmul.ger, .eng = "Tonfloss für PokEmul"};
-
-} // namespace
+const TargetRow* Window1::Target() const
+{
+    const auto* const marked =
+        std::ranges::find_if(kTargets, [this](const auto* row) { return (menuBar_.*row->menuItem).HasCheckMark(); });
+    return marked == std::end(kTargets) ? nullptr : *marked;
+}
 
 void Window1::RadioButtonPC1600_Action()
 {
-    if (RadioButtonPC1600.Value()) ChooseTarget(SoundTarget::PC1600, kTitlePC1600);
+    if (RadioButtonPC1600.Value()) ChooseTarget(kTargetPC1600, kTargetPC1600.title);
 }
 
 void Window1::RadioButtonPokEmul_Action()
 {
-    if (RadioButtonPokEmul.Value()) ChooseTarget(SoundTarget::PokEmul, kTitlePokEmul);
+    if (RadioButtonPokEmul.Value()) ChooseTarget(kTargetPokEmul, kTargetPokEmul.title);
 }
 
 bool Window1::OptionAudioSharp_Action()
 {
-    if (menuBar_.OptionAudioPokEmul.HasCheckMark()) ChooseTarget(SoundTarget::PC1600, kMenuTitlePC1600);
+    if (Target() != &kTargetPC1600) ChooseTarget(kTargetPC1600, kTargetPC1600.menuTitle);
     return true;
 }
 
 bool Window1::OptionAudioPokEmul_Action()
 {
-    if (menuBar_.OptionAudioSharp.HasCheckMark()) ChooseTarget(SoundTarget::PokEmul, kMenuTitlePokEmul);
+    if (Target() != &kTargetPokEmul) ChooseTarget(kTargetPokEmul, kTargetPokEmul.menuTitle);
     return true;
 }
 
-void Window1::SetTarget(SoundTarget target)
+void Window1::SetTarget(const TargetRow& target)
 {
-    menuBar_.OptionAudioSharp.SetHasCheckMark(target == SoundTarget::PC1600);
-    menuBar_.OptionAudioPokEmul.SetHasCheckMark(target == SoundTarget::PokEmul);
-    (target == SoundTarget::PC1600 ? RadioButtonPC1600 : RadioButtonPokEmul).SetValue(true);
+    for (const auto* const row : kTargets)
+        (menuBar_.*row->menuItem).SetHasCheckMark(row == &target);
+    (this->*target.radioButton).SetValue(true);
 }
 
-void Window1::ChooseTarget(SoundTarget target, const MessagePair& title)
+void Window1::ChooseTarget(const TargetRow& target, const MessagePair& title)
 {
     SetTarget(target);
     SetTitleText(title);

@@ -45,7 +45,7 @@ protected:
                         .prompts = Prompts(),
                         .runBytes = window.BinZeile.size() / 4,
                         .samples = window.strZeile.size(),
-                        .unpatched = window.HeaderPC1600 == core::TemplatePC1600()};
+                        .unpatched = window.HeaderPC1600 == core::kLayoutPC1600.tokens};
         EXPECT_EQ(now.Fields(), expected.Fields());
     }
 };
