@@ -83,19 +83,19 @@ TEST_F(Events, DragBehindOneWhoseSourceHasDiedComesWithoutEntering)
     Drag({tone}, Qt::CopyAction, kOver);
     EXPECT_EQ(Drag({other}, Qt::CopyAction, kMoveAndDrop), Qt::CopyAction);
     QApplication::processEvents();
-    EXPECT_EQ(window.Title(), "other.wav / 44 Bytes / 11.025 kHz");
+    EXPECT_EQ(window.Title(), "other.wav / 204 Bytes / 11.025 kHz");
     Drag({tone}, Qt::CopyAction, kOver);
     EXPECT_EQ(Drag({}, Qt::CopyAction, kMoveAndDrop), kRefused);
     EXPECT_EQ(Drag({}, Qt::CopyAction, kDeadDrop), kRefused);
     Drag({tone}, Qt::CopyAction, kOver);
     EXPECT_EQ(Drag({}, Qt::CopyAction, kDeadDrop), Qt::CopyAction);
     QApplication::processEvents();
-    EXPECT_EQ(window.Title(), "tone.wav / 44 Bytes / 11.025 kHz");
+    EXPECT_EQ(window.Title(), "tone.wav / 204 Bytes / 11.025 kHz");
 }
 
 TEST_F(Events, EveryDropEndsInItsMessage)
 {
-    const auto good = "PC1600 Soundfilegrösse = 132 KB.";
+    const auto good = "PC1600 Soundfilegrösse = 152 KB.";
     const auto noFile = "Falsches .Wav Format - Kein PCM !";
     const auto notOrdinary = "Das ist keine gewöhnliche Datei.";
     Write("a b#%.wav", WaveBytes());
@@ -158,7 +158,7 @@ TEST_F(Events, NothingStartsWhileAnotherIsUnderWay)
     disturb();
     EXPECT_EQ(dialogs.shown.size(), 2U);
     QApplication::processEvents();
-    EXPECT_EQ(window.Title(), "tone.wav / 44 Bytes / 11.025 kHz");
+    EXPECT_EQ(window.Title(), "tone.wav / 204 Bytes / 11.025 kHz");
     EXPECT_TRUE(main->close());
 }
 

@@ -151,7 +151,7 @@ TEST_F(Files, SaveTakesAwayWhatAKilledOneLeftButNothingThatAnotherProgramIsWriti
 
 TEST_F(Files, SourceThatChangesSinceTheDragIsNotConverted)
 {
-    const auto source = Write("a.wav", WaveBytes().samples(ToneOf160()));
+    const auto source = Write("a.wav", WaveBytes());
     const platform::DragItem item{platform::FolderItemAt(source)};
     std::filesystem::permissions(source, std::filesystem::perms(0));
     AsOrdinaryUser([&] { Drop(item); });

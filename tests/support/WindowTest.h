@@ -21,6 +21,7 @@ class WindowTest : public testing::Test {
 protected:
     using path = std::filesystem::path;
 
+    WindowTest() { window.Language = "ger"; }
     ~WindowTest() override { std::filesystem::remove_all(folder); }
 
     path Write(const path& name, const std::string& bytes) const
@@ -34,7 +35,7 @@ protected:
         gate.Run([&] { window.Event_DropObject(item); });
     }
     void Drop(const path& name, const std::string& bytes) { Drop({platform::FolderItemAt(Write(name, bytes))}); }
-    void DropTone() { Drop("tone.wav", WaveBytes().samples(ToneOf160())); }
+    void DropTone() { Drop("tone.wav", WaveBytes()); }
 
     /// Types `text` and presses Return.
     void Enter(std::u32string_view text)

@@ -122,7 +122,7 @@ TEST_F(Menus, PasteConvertsAFileFromTheClipboardWhereverTheFocusIs)
         focus->setFocus();
         window.SetTitle("");
         QTest::keyClick(focus, Qt::Key_V, Qt::ControlModifier);
-        EXPECT_EQ(window.Title(), "pasted.wav / 44 Bytes / 8 kHz");
+        EXPECT_EQ(window.Title(), "pasted.wav / 204 Bytes / 8 kHz");
         EXPECT_EQ(field.text(), "");
     }
     field.setFocus();

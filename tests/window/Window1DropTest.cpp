@@ -14,7 +14,7 @@ struct State {
     std::string typed = "";
     std::string prompts = "TextFieldAudioAdresse Label1 Label2 Label4 ";
     std::size_t runBytes = 21;
-    std::size_t samples = 44;
+    std::size_t samples = 204;
     bool unpatched = true;
 
     [[nodiscard]] auto Fields() const
@@ -58,6 +58,11 @@ struct DropCase {
     State after;
 };
 
+void PrintTo(const DropCase& row, std::ostream* out)
+{
+    *out << row.name;
+}
+
 class DropEnds : public Dropping, public testing::WithParamInterface<DropCase> {};
 
 TEST_P(DropEnds, WithItsMessageAndState)
@@ -82,8 +87,8 @@ INSTANTIATE_TEST_SUITE_P(Ways, DropEnds, testing::ValuesIn<DropCase>({
      "Wrong .wav format  - need 6000 - 11025 samples pro second !", {}},
     {"Bits16", WaveBytes().rate(8000).bits(16), "Falsches .Wav Format - Keine 8 Bit Encodierung!",
      "Wrong .wav format - no 8 bit encoding!", // when title and header are made
-     {.title = "a.wav / 44 Bytes / 8 kHz", .unpatched = false}},
-    {"LargestFile", WaveBytes().length(500000), "PC1600 Soundfilegrösse = 132 KB.", "PC-1600 sound file size = 132 KB.",
+     {.title = "a.wav / 204 Bytes / 8 kHz", .unpatched = false}},
+    {"LargestFile", WaveBytes().samples("").length(500000), "PC1600 Soundfilegrösse = 132 KB.", "PC-1600 sound file size = 132 KB.",
      {.title = "a.wav / 500000 Bytes / 11.025 kHz", .red = false, .listed = 17, .runBytes = 1, .samples = 499956, .unpatched = false}},
     {"Silent", WaveBytes().samples(Tone(2, 11959)), "", "", // the limit of a band itself
      {.title = "a.wav / 23963 Bytes / 11.025 kHz", .red = false, .listed = 28415, .runBytes = 11959, .samples = 23919, .unpatched = false}},
@@ -164,7 +169,7 @@ TEST_F(Dropping, ShowsTheNameLetterForLetter)
     const auto shownTitle = [&] { return main->windowHandle()->title().toStdString(); };
     for (const auto* const name : {"<b>x<.wav", "a&b.wav", "a[*]b.wav", "\xC3\xBC.wav"}) {
         Drop(name, WaveBytes());
-        EXPECT_EQ(shownTitle(), std::string(name) + " / 44 Bytes / 11.025 kHz");
+        EXPECT_EQ(shownTitle(), std::string(name) + " / 204 Bytes / 11.025 kHz");
     }
     Drop("u\xCC\x88.wav", WaveBytes()); // decomposed on the disk: one character all the same
     EXPECT_EQ(window.HeaderPC1600.substr(420, 8), "&HFC&H2E");
