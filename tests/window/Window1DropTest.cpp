@@ -100,8 +100,35 @@ INSTANTIATE_TEST_SUITE_P(Ways, DropEnds, testing::ValuesIn<DropCase>({
      "PC1600 Soundfilegrösse = 28479KB. Soundfile ist zu gross! \n Soundfile wird nicht erstellt!",
      "PC-1600 sound file size = 28479KB. file size too large !\n Sound file is not created",
      {.title = "", .red = false, .runBytes = 28348, .samples = 56697, .unpatched = false}},
+    {"LongerThanAnyLengthField", WaveBytes().samples(Tone(2, 70000)),
+     "PC1600 Soundfilegrösse = 70131KB. Soundfile ist zu gross! \n Soundfile wird nicht erstellt!",
+     "PC-1600 sound file size = 70131KB. file size too large !\n Sound file is not created",
+     {.title = "", .red = false, .runBytes = 70000, .samples = 140001, .unpatched = false}},
 }), [](const auto& row) { return row.param.name; });
 // clang-format on
+
+TEST_F(Dropping, MessageComesBeforeWhatFollowsFromIt)
+{
+    std::vector<std::string> whileItStands;
+    dialogs.whileOpen = [&] {
+        whileItStands.push_back(window.Label3.Text().substr(0, 7) + " " + Prompts() + window.LabelDragAndDrop.Text());
+    };
+    window.OptionAudioPokEmul_Action(); // and so no prompt is open
+    window.LabelDragAndDrop.SetText("");
+    window.Event_DragOver();
+    DropTone();
+    Drop("giant.wav", WaveBytes().length(500001));
+    EXPECT_THAT(whileItStands, ElementsAre("Wavefil ", "Wavefil TextFieldAudioAdresse Label1 Label2 Label4 "));
+}
+
+TEST_F(Dropping, BeginsWithoutTheImageBefore)
+{
+    dialogs.answer = folder / "SOUND";
+    Enter(U"80C5");
+    EXPECT_EQ(window.BinStringPC1600.size(), 154U);
+    Drop("refused.wav", "");
+    EXPECT_EQ(window.BinStringPC1600, "");
+}
 
 TEST_F(Dropping, WithoutAFileEmptiesOnlyTheTexts)
 {

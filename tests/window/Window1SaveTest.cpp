@@ -1,5 +1,7 @@
 // From the prompt to the bytes of the file.
+#include "preview/SoundFile.h"
 #include "support/WindowTest.h"
+#include "window/Targets.h"
 
 namespace {
 
@@ -34,8 +36,33 @@ TEST_F(Save, WritesTheFileOfTheTargetAndClosesTheEntry)
     DropTone();
     Enter(U"A123");
     EXPECT_EQ(Saved(), kPlayer + kRunBytes); // without header and address
-    EXPECT_EQ(asked.PromptText, "Save PokEmul Sound File");
     EXPECT_EQ(asked.InitialDirectory, folder / "Documents");
+}
+
+TEST_F(Save, EveryTargetsFileIsOneThatThePreviewTakes)
+{
+    std::set<std::string_view> differs;
+    for (const auto* const row : kTargets) {
+        differs.insert({row->savePrompt, row->title.ger, row->title.eng, row->menuTitle.eng});
+        window.SetTarget(*row);
+        DropTone();
+        Enter(U"80C5");
+        EXPECT_EQ(dialogs.asked.PromptText, row->savePrompt);
+        const auto parsed = preview::ParseSoundFile(Saved());
+        ASSERT_TRUE(std::holds_alternative<preview::SoundFile>(parsed)) << row->savePrompt;
+        const auto& sound = std::get<preview::SoundFile>(parsed);
+        EXPECT_EQ(sound.title + " " + std::to_string(sound.sampleRate.hertz), "tone.wav 11025") << row->savePrompt;
+        EXPECT_EQ(sound.loadAddress.has_value(), row->layout.hasFileHeader);
+    }
+    EXPECT_EQ(differs.size(), 4 * std::size(kTargets)); // no row repeats another's texts
+
+    menuBar.OptionAudioSharp.SetHasCheckMark(false);
+    menuBar.OptionAudioPokEmul.SetHasCheckMark(false);
+    dialogs.asked = {};
+    DropTone();
+    Enter(U"80C5"); // for no target: nothing is made, nothing asked
+    EXPECT_EQ(dialogs.shown.back() + dialogs.asked.Title, kNotSaved);
+    EXPECT_EQ(Prompts(), "");
 }
 
 TEST_F(Save, CancelledClosesTheEntryAndFailedKeepsItOpen)
@@ -76,8 +103,6 @@ TEST_F(Save, AddressIsRefusedWithAnEmptyField)
              {U"80C\U0001F600", kGer, kEngRange}, // four characters in seven bytes
              {U"", kGer, kEngLength},
              {U"080C5", kGer, kEngLength},
-             {U"F000", kGer, kEngRange},
-             {U"EFFF", "Lade-/Startadresse zu Hoch !", "Loading-/starting address too high"}, // in the range itself
              {U"EF68", "Lade-/Startadresse zu Hoch !", "Loading-/starting address too high"}, // EF67 would do
          }) {
         dialogs.shown.clear();

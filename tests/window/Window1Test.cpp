@@ -108,6 +108,8 @@ protected:
 
 TEST_F(Target, StartsInEnglishForThePC1600)
 {
+    EXPECT_FALSE(main->isVisible()); // the texts are there before the window is
+    EXPECT_EQ(App(dialogs).Window.Language, "ger");
     ExpectTarget(false, "Tonfloss PC-1600");
     EXPECT_EQ(window.LabelDragAndDrop.Text(), "Drag .wav file into the window");
     EXPECT_EQ(window.Label3.Text(), "Use sample format 6000 Hz - 11025 Hz / 8 bit depth / PCM / mono");
