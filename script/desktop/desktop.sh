@@ -48,7 +48,9 @@ desktop_start() {
     wait_for "the display" grep -q . "$number"
     DISPLAY=:$(cat "$number")
     export DISPLAY
-    openbox >/dev/null 2>&1 &
+    # With a strip for a panel at the bottom, so that the screen and its usable part aren't the same.
+    sed 's#<bottom>0</bottom>#<bottom>80</bottom>#' /etc/xdg/openbox/rc.xml >"$desktop_scratch/openbox.xml"
+    openbox --config-file "$desktop_scratch/openbox.xml" >/dev/null 2>&1 &
     wait_for "the window manager" xdotool get_desktop
 }
 

@@ -1,4 +1,4 @@
-// TextLibrary.h: cutting, joining and reading texts in the way that the conversion counts them.
+// TextLibrary.h: cutting and reading texts, and numbers as texts, in the way that the conversion counts them.
 //     std::u32string   a text whose characters count: a file name, the typed address
 //     std::string      raw bytes, or plain ASCII such as a token text: one element is one byte
 // The two don't mix: where a text's length matters, its type says whether characters or bytes are meant.
