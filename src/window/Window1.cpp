@@ -2,6 +2,7 @@
 
 #include "platform/Application.h"
 #include "platform/Files.h"
+#include "window/Targets.h"
 
 #include <new>
 
@@ -43,10 +44,10 @@ Window1::Window1(platform::EventGate& gate, MainMenuBar& menuBar, platform::Dial
 void Window1::AddHandlers()
 {
     TextFieldAudioAdresse.SetKeyDown([this](std::u32string_view key) { return TextFieldAudioAdresse_KeyDown(key); });
-    RadioButtonPC1600.SetAction([this] { RadioButtonPC1600_Action(); });
-    RadioButtonPokEmul.SetAction([this] { RadioButtonPokEmul_Action(); });
-    menuBar_.OptionAudioSharp.SetHandler([this] { return OptionAudioSharp_Action(); });
-    menuBar_.OptionAudioPokEmul.SetHandler([this] { return OptionAudioPokEmul_Action(); });
+    for (const auto* const row : kTargets) {
+        (this->*row->radioButton).SetAction([this, row] { (this->*row->radioAction)(); });
+        (menuBar_.*row->menuItem).SetHandler([this, row] { return (this->*row->menuAction)(); });
+    }
     menuBar_.InfoUeber.SetHandler([this] { return InfoUeber_Action(); });
     menuBar_.OptionDefBWindow.SetHandler([this] { return OptionDefBWindow_Action(); });
 }

@@ -1,5 +1,6 @@
 // The window as it is built, its start-up texts, and the choice of the target.
 #include "support/WindowTest.h"
+#include "window/Targets.h"
 
 namespace {
 
@@ -134,6 +135,19 @@ TEST_F(Target, MenuAndRadioButtonsStayInStepAndCloseAnOpenEntry)
     optionPokEmul.trigger();
     optionSharp.trigger();
     EXPECT_EQ(window.Label3.Text(), "no entry is open");
+    std::set<const TargetRow*> byRadio;
+    std::set<const TargetRow*> byMenu;
+    for (auto* const button : main->findChildren<QRadioButton*>()) {
+        button->click();
+        byRadio.insert(window.Target());
+    }
+    for (auto* const item : main->findChildren<QAction*>(QRegularExpression("^OptionAudio"))) {
+        item->trigger();
+        byMenu.insert(window.Target());
+    }
+    EXPECT_EQ(byRadio, (std::set<const TargetRow*>(std::begin(kTargets), std::end(kTargets))));
+    EXPECT_EQ(byMenu, byRadio);
+    optionSharp.trigger();
     for (const auto* const language : {"ger", "eng"}) {
         window.Language = language;
         for (const auto& [choose, toPokEmul, ger, eng] : ways) {
