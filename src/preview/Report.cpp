@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <iomanip>
-#include <numeric>
 #include <sstream>
 
 namespace preview {
@@ -33,32 +32,46 @@ std::string PitchText(double pitch)
 
 } // namespace
 
+std::vector<std::string> WarningsOf(const SoundFile& sound)
+{
+    std::vector<std::string> warnings;
+    const auto runsAt = AddressText(machine::kPlayerAddress);
+    if (sound.loadAddress && *sound.loadAddress != machine::kPlayerAddress)
+        warnings.push_back("the player runs at " + runsAt + " only; at " + AddressText(*sound.loadAddress) +
+                           " it calls and reads what happens to stand around " + runsAt);
+    if (sound.runBytes.empty()) warnings.emplace_back("there is no period in it; the machine plays nothing");
+    return warnings;
+}
+
 std::string ReportOn(const SoundFile& sound, const machine::Machine& onMachine)
 {
     const auto periods = machine::PeriodsOf(sound.runBytes, sound.sampleRate, onMachine.waits);
     const auto pitchOf = [&](const machine::Period& period) {
         return machine::PitchOf(period, sound.sampleRate, onMachine.clock);
     };
-    const auto seconds =
-        static_cast<double>(machine::PerformanceOf(sound.runBytes, sound.sampleRate, onMachine.waits).end) /
-        static_cast<double>(onMachine.clock);
+    machine::Period whole{};
+    for (const auto& period : periods) {
+        whole.samples += period.samples;
+        whole.cycles += period.cycles;
+    }
+    const auto seconds = static_cast<double>(whole.cycles) / static_cast<double>(onMachine.clock);
 
     std::ostringstream text;
     text << "target: " << (sound.loadAddress ? "PC-1600" : "PokEmul") << "\ntitle: " << ReadableTitle(sound.title);
-    if (sound.loadAddress) text << "\nload address: " << std::hex << std::uppercase << *sound.loadAddress << std::dec;
+    if (sound.loadAddress) text << "\nload address: " << AddressText(*sound.loadAddress);
     text << "\nsample rate: " << sound.sampleRate.hertz << " Hz\nperiods: " << periods.size()
          << "\nseconds: " << std::fixed << std::setprecision(3) << seconds;
     if (periods.empty()) {
         text << "\npitch: none\nshortest period: none\nlongest period: none\n";
-        return text.str();
+    } else {
+        const auto [shortest, longest] = std::minmax_element(
+            periods.begin(), periods.end(), [](const auto& a, const auto& b) { return a.samples < b.samples; });
+        text << "\npitch: " << PitchText(pitchOf(whole));
+        text << "\nshortest period: " << shortest->samples << " samples, " << PitchText(pitchOf(*shortest));
+        text << "\nlongest period: " << longest->samples << " samples, " << PitchText(pitchOf(*longest)) << '\n';
     }
-    const auto sum = std::accumulate(periods.begin(), periods.end(), 0.0,
-                                     [&](double all, const machine::Period& period) { return all + pitchOf(period); });
-    const auto [shortest, longest] = std::minmax_element(
-        periods.begin(), periods.end(), [](const auto& a, const auto& b) { return a.samples < b.samples; });
-    text << "\npitch: " << PitchText(sum / static_cast<double>(periods.size()));
-    text << "\nshortest period: " << shortest->samples << " samples, " << PitchText(pitchOf(*shortest));
-    text << "\nlongest period: " << longest->samples << " samples, " << PitchText(pitchOf(*longest)) << '\n';
+    for (const auto& warning : WarningsOf(sound))
+        text << "warning: " << warning << '\n';
     return text.str();
 }
 

@@ -1,8 +1,7 @@
 #include "preview/SoundFile.h"
 
 #include "core/HexTokenText.h"
-#include "core/SoundFileHeader.h"
-#include "machine/Memory.h"
+#include "core/LoadAddress.h"
 
 #include <iomanip>
 #include <sstream>
@@ -25,13 +24,6 @@ std::uint32_t ByteAt(std::string_view bytes, std::size_t offset)
 std::uint32_t WordAt(std::string_view bytes, std::size_t offset)
 {
     return ByteAt(bytes, offset) | ByteAt(bytes, offset + 1) << 8;
-}
-
-std::string FourDigits(std::uint32_t address)
-{
-    std::ostringstream text;
-    text << std::hex << std::uppercase << std::setfill('0') << std::setw(4) << address;
-    return text.str();
 }
 
 /// Whether the program patches this token of the PC-1600 header.
@@ -61,11 +53,15 @@ std::optional<Refusal> RefusalOfFields(std::string_view bytes, std::size_t runBy
         return Refusal{"the file header tells a program of " + std::to_string(length) + " bytes, but it has " +
                        std::to_string(kPlayer + runBytes)};
     const auto address = WordAt(bytes, kLoadAddressToken);
-    if (address < machine::kLowestAddress || address > machine::kHighestAddress)
-        return Refusal{"the load address " + FourDigits(address) + " isn't between 80C5 and EFFF"};
+    const auto size = kTokensPC1600 + runBytes;
+    if (const auto refusal = RefusalOf(address, static_cast<std::int64_t>(size)))
+        return Refusal{"the load address " + AddressText(address) +
+                       (*refusal == AddressRefusal::Range
+                            ? " isn't between 80C5 and EFFF"
+                            : " is too high: with the size, " + std::to_string(size) + ", it is above EFFF")};
     const auto start = WordAt(bytes, kStartAddressToken);
     if (start != address)
-        return Refusal{"the start address " + FourDigits(start) + " isn't the load address " + FourDigits(address)};
+        return Refusal{"the start address " + AddressText(start) + " isn't the load address " + AddressText(address)};
     return std::nullopt;
 }
 
@@ -76,6 +72,8 @@ std::string WithoutFill(std::string_view title)
 
 std::variant<SoundFile, Refusal> Parse(std::string_view bytes)
 {
+    if (bytes.starts_with("RIFF") && bytes.find("WAVE", 8) == 8)
+        return Refusal{"it is a recording; drop it on the window of tonfloss, and name the file that you save there"};
     if (bytes.size() > kLargestFile) return Refusal{"more than " + std::to_string(kLargestFile) + " bytes"};
     if (bytes.empty()) return Refusal{"it is empty"};
     const bool hasHeader = ByteAt(bytes, 0) == ByteOfToken(kLayoutPC1600.tokens, 0);
@@ -107,6 +105,13 @@ std::variant<SoundFile, Refusal> Parse(std::string_view bytes)
 }
 
 } // namespace
+
+std::string AddressText(std::int64_t address)
+{
+    std::ostringstream text;
+    text << std::hex << std::uppercase << std::setfill('0') << std::setw(4) << address;
+    return text.str();
+}
 
 std::variant<SoundFile, Refusal> ParseSoundFile(std::string_view bytes)
 {

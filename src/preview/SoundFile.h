@@ -7,6 +7,8 @@
 // The first byte tells the layouts apart: FF or CD. All offsets in a reason count from the first byte of the file.
 #pragma once
 
+#include "core/SoundFileHeader.h"
+#include "machine/Memory.h"
 #include "machine/SampleRates.h"
 
 #include <cstddef>
@@ -18,7 +20,9 @@
 
 namespace preview {
 
-inline constexpr std::size_t kLargestFile = 65536; // bytes; what the Z80 can address
+// One for PokEmul, whose size is that of its run bytes alone: player, run bytes, two zeros.
+inline constexpr std::size_t kLargestFile = core::kTokensPokeMul + machine::kLargestSize + 2;
+static_assert(kLargestFile == 28591);
 
 struct SoundFile {
     std::optional<std::uint32_t> loadAddress; // none: a file for PokEmul
@@ -32,8 +36,11 @@ struct Refusal {
     std::string reason;
 };
 
+/// Four hexadecimal digits, as the window takes them.
+[[nodiscard]] std::string AddressText(std::int64_t address);
+
 /// The sound file that `bytes` are, or what is wrong with them. Refuses all that the window can't have saved, but for
-/// run bytes that no recording leads to.
+/// titles and run bytes that no recording leads to.
 [[nodiscard]] std::variant<SoundFile, Refusal> ParseSoundFile(std::string_view bytes);
 
 } // namespace preview

@@ -89,6 +89,10 @@ bool TakeOptions(int argc, char* argv[], Options& options)
         if (!TakeOption(found, options)) return false;
         if (!options.answer.empty()) return true;
     }
+    if (argc == optind) {
+        std::cerr << kHelp.substr(0, kHelp.find('\n') + 1);
+        return false;
+    }
     if (argc - optind != 1) return Complain("SOUND.bin", "name one sound file");
     options.input = argv[optind];
     return true;
@@ -115,6 +119,8 @@ bool Preview(const Options& options)
     const auto parsed = ReadSoundFile(PathOf(options.input));
     if (const auto* const refusal = std::get_if<Refusal>(&parsed)) return Complain(options.input, refusal->reason);
     const auto& sound = std::get<SoundFile>(parsed);
+    for (const auto& warning : WarningsOf(sound))
+        Complain(options.input, "warning: " + warning);
     const auto report = ReportOn(sound, options.machine);
     const auto wave = [&](const ByteSink& sink) {
         return WriteWave(machine::PerformanceOf(sound.runBytes, sound.sampleRate, options.machine.waits),

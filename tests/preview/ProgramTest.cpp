@@ -1,7 +1,7 @@
 // The program as a shell starts it: what it says, with which status, and what it leaves in the folder.
 #include "support/KnownFile.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <sys/wait.h>
 
@@ -17,6 +17,7 @@ protected:
         std::filesystem::create_directories(folder + "/files");
         std::ofstream(folder + "/files/SOUND.bin", std::ios::binary) << kFileHeader + kPlayer + kRunBytes;
         std::ofstream(folder + "/files/long.bin", std::ios::binary) << PokEmulFile(6, std::string(200, '\xFE'));
+        std::ofstream(folder + "/files/silent.bin", std::ios::binary) << PokEmulFile(6, "");
         Shell("echo old >old.wav; ln SOUND.bin hard.bin; ln SOUND.bin .x.wav.tonfloss-part; ln -s SOUND.bin soft.bin; "
               "ln -s old.wav link.wav; ln -s gone.wav dangling.wav; mkfifo pipe; truncate -s 5G giant");
     }
@@ -46,7 +47,7 @@ TEST_F(Program, RefusesWithAMessageAndLeavesAllAsItWas)
              {1, "P none.bin", "none.bin: No such file or directory"},
              {1, "P pipe", "pipe: This is no ordinary file."},
              {1, "P /dev/zero", "/dev/zero: This is no ordinary file."},
-             {1, "P giant", "giant: no sound file: more than 65536 bytes"},
+             {1, "P giant", "giant: no sound file: more than 28591 bytes"},
              {1, "P old.wav -o new.wav", "old.wav: no sound file: it begins neither with a file header nor"},
              // What may not be written.
              {1, "P SOUND.bin -o old.wav", "old.wav: This file exists. --force replaces it."},
@@ -62,6 +63,7 @@ TEST_F(Program, RefusesWithAMessageAndLeavesAllAsItWas)
              {1, "P SOUND.bin >/dev/full", "standard output: No space left on device"},
              {1, "{ P long.bin -o -; echo $? >../status; } | :; return $(cat ../status)", "output: Broken pipe"},
              // Wrong usage.
+             {2, "P", "Usage: tonfloss-preview [OPTION]... SOUND.bin\n"},
              {2, "P SOUND.bin soft.bin", "SOUND.bin: name one sound file"},
              {2, "P SOUND.bin --loud", "unrecognized option '--loud'"},
              {2, "P SOUND.bin -o ''", "--output: the name is empty"},
@@ -89,6 +91,11 @@ TEST_F(Program, WritesTheWaveFileAndTheReport)
     Shell("chmod 600 old.wav; echo x >.old.wav.tonfloss-part; P SOUND.bin -o link.wav --force --rate 8000 >report; "
           "stat -c '%F %s %a' link.wav old.wav .old.wav.tonfloss-part");
     EXPECT_EQ(out, "symbolic link 7 777\nregular file 298 600\n");
+
+    // A warning stands in the report, and where the report may not be read.
+    EXPECT_EQ(Shell("P silent.bin"), 0);
+    EXPECT_THAT(out, testing::EndsWith("\nwarning: there is no period in it; the machine plays nothing\n"));
+    EXPECT_EQ(err, "tonfloss-preview: silent.bin: " + out.substr(out.rfind("warning")));
 
     // 8 samples last 2882 cycles with waits and 2596 without.
     EXPECT_EQ(Shell("P SOUND.bin --clock 7160000 --waits 0 | tail -n 1; P --help | head -c 24; P --version"), 0);

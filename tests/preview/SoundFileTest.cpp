@@ -2,7 +2,7 @@
 #include "preview/Report.h"
 #include "support/KnownFile.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <tuple>
 #include <utility>
@@ -26,6 +26,11 @@ std::string RefusalOf(const std::string& file)
 }
 
 const std::string kPC1600 = kFileHeader + kPlayer + kRunBytes; // 154 bytes, the end mark is byte 151
+/// kPC1600 for another address, low byte first.
+std::string At(const std::string& address)
+{
+    return With(With(kPC1600, 8, address), 11, address);
+}
 const std::string kPokEmul = kPlayer + kRunBytes;
 
 TEST(SoundFile, IsRefusedForWhatIsWrong)
@@ -42,10 +47,16 @@ TEST(SoundFile, IsRefusedForWhatIsWrong)
              {With(kPC1600, 8, "\xC4"), "the load address 80C4 isn't between 80C5 and EFFF"},
              {With(kPC1600, 9, "\xF0"), "the load address F0C5 isn't between 80C5 and EFFF"},
              {With(kPC1600, 12, "\xC0"), "the start address C0C5 isn't the load address 80C5"},
-             {kPlayer + std::string(65534 - 115, '\2') + kRunBytes.substr(20), "more than 65536 bytes"},
+             {At("\x68\xEF"), "the load address EF68 is too high: with the size, 152, it is above EFFF"},
+             {At("\xFF\xEF"), "the load address EFFF is too high: with the size, 152, it is above EFFF"},
+             {kPlayer + std::string(28474, '\2') + kRunBytes.substr(20), "more than 28591 bytes"},
+             {"RIFF", "it begins neither with a file header nor with the player"},
+             {std::string("RIFF\0\0\0\0WAVE", 12) + std::string(500'000, '\0'),
+              "it is a recording; drop it on the window of tonfloss, and name the file that you save there"},
          })
         EXPECT_EQ(RefusalOf(file), "no sound file: " + reason);
-    EXPECT_EQ(RefusalOf(kPlayer + std::string(65533 - 115, '\2') + kRunBytes.substr(20)), "");
+    for (const auto& taken : {At("\x67\xEF"), kPlayer + std::string(28473, '\2') + kRunBytes.substr(20)})
+        EXPECT_EQ(RefusalOf(taken), "");
 }
 
 TEST(SoundFile, StaysOneOnlyWhereATitleOrARunByteChanges)
@@ -71,18 +82,22 @@ TEST(Report, TellsWhatTheMachineWillPlay)
     };
     // 346 cycles a sample and 114 a period: 1844 for 5 samples, 2882 for 8.
     EXPECT_EQ(report(kPC1600), "target: PC-1600\ntitle: tone.wav\nload address: 80C5\nsample rate: 11025 Hz\n"
-                               "periods: 20\nseconds: 0.016\npitch: -9.97 %, -182 cents\n"
+                               "periods: 20\nseconds: 0.016\npitch: -9.93 %, -181 cents\n"
                                "shortest period: 5 samples, -11.95 %, -220 cents\n"
                                "longest period: 8 samples, -9.86 %, -180 cents\n");
     // A title with controls, umlauts and a zero amid it; a clock at which 8 samples last as long as in the recording.
     EXPECT_EQ(report(With(PokEmulFile('\x08', Bytes("08 fe 00")), 89, Bytes("1b 5b 00 e4 9b 7f ff")),
                      {.clock = 3'396'000, .waits = 0}),
               "target: PokEmul\ntitle: ?[?\xC3\xA4??\xC3\xBFv\nsample rate: 8000 Hz\n"
-              "periods: 2\nseconds: 0.063\npitch: -24.37 %, -484 cents\n"
+              "periods: 2\nseconds: 0.063\npitch: -47.96 %, -1131 cents\n"
               "shortest period: 8 samples, +0.00 %, +0 cents\nlongest period: 254 samples, -48.74 %, -1157 cents\n");
     EXPECT_EQ(report(PokEmulFile('\x06', "")),
               "target: PokEmul\ntitle: tone.wav\nsample rate: 6000 Hz\nperiods: 0\nseconds: 0.000\n"
-              "pitch: none\nshortest period: none\nlongest period: none\n");
+              "pitch: none\nshortest period: none\nlongest period: none\n"
+              "warning: there is no period in it; the machine plays nothing\n");
+    EXPECT_THAT(report(At("\xC5\xC0")),
+                testing::EndsWith("cents\nwarning: the player runs at 80C5 only; at C0C5 it calls and reads what "
+                                  "happens to stand around 80C5\n"));
 }
 
 } // namespace
