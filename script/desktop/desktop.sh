@@ -156,5 +156,5 @@ save_as() {
 }
 
 screenshot() {
-    scrot -o "$1"
+    scrot - >"$1" # in a name scrot would take %s and $w for its own
 }
