@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <iomanip>
 #include <utility>
 #include <vector>
 
@@ -44,6 +46,32 @@ TEST(SampleRates, GoAllTheWayFromTheRecordingToThePort)
                 // A delay step is half a sample of the recording, or pitch and tempo would be others.
                 EXPECT_NEAR(2.0 * static_cast<double>(rate.stepCycles) * rate.hertz / 3'580'000, 1, 0.08);
             }
+}
+
+// The document's table is written by hand. Where it is another one, the one that is shown belongs there.
+TEST(Pitch, IsWhatTheFileFormatTells)
+{
+    const auto periodOf = [](long samples, const SampleRate& rate) {
+        return PeriodsOf(std::string(1, static_cast<char>(samples)), rate, Machine().waits).at(0);
+    };
+    std::ostringstream table;
+    std::string rule = "\n|---|";
+    table << std::fixed << "| N |";
+    for (const auto& rate : kSampleRates) {
+        const auto step = periodOf(3, rate).cycles - periodOf(2, rate).cycles;
+        table << ' ' << rate.hertz << " Hz: " << step << " N + " << periodOf(2, rate).cycles - 2 * step << " |";
+        rule += "---|";
+    }
+    table << rule;
+    for (const long samples : {2, 5, 10, 20, 50, 100, 250}) {
+        table << "\n| " << samples << " |";
+        for (const auto& rate : kSampleRates) {
+            const auto pitch = PitchOf(periodOf(samples, rate), rate, Machine().clock);
+            table << std::setprecision(1) << ' ' << (1 - pitch) * 100 << " %, " << std::setprecision(0)
+                  << -1200 * std::log2(pitch) << " cents |";
+        }
+    }
+    EXPECT_NE(Read(FILE_FORMAT).find(table.str() + "\n\n"), std::string::npos) << table.str();
 }
 
 TEST(Periods, GoFromRiseToRise)
