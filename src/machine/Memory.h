@@ -5,8 +5,8 @@
 
 namespace machine {
 
-inline constexpr std::int64_t kLowestAddress = 0x80C5;                 // with the 32 KB extension
-inline constexpr std::int64_t kPlayerAddress = kLowestAddress;         // the only place where the player runs
+inline constexpr std::int64_t kLowestAddress = 0x80C5;         // with the 32 KB extension
+inline constexpr std::int64_t kPlayerAddress = kLowestAddress; // the only place where the player runs
 inline constexpr std::int64_t kLowestWithoutExtension = 0xC0C5;
 inline constexpr std::int64_t kHighestAddress = 0xEFFF;
 

@@ -23,7 +23,8 @@ inline std::string ToneOf160()
 class WaveBytes {
 public:
     /// 204 bytes with the tone of 160 samples at 11025 Hz.
-    WaveBytes() : bytes_("RIFF\0\0\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x11\x2b\0\0\x11\x2b\0\0\1\0\x08\0data\0\0\0\0", kHeader)
+    WaveBytes()
+        : bytes_("RIFF\0\0\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x11\x2b\0\0\x11\x2b\0\0\1\0\x08\0data\0\0\0\0", kHeader)
     {
         bytes_ += ToneOf160();
     }
