@@ -3,7 +3,7 @@
 #include "Signals.h"
 #include "core/PeriodEncoder.h"
 #include "platform/Application.h"
-#include "platform/Files.h"
+#include "platform/FolderItem.h"
 #include "support/FakeDialogs.h"
 #include "window/App.h"
 

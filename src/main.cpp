@@ -1,3 +1,4 @@
+#include "files/Files.h"
 #include "platform/Application.h"
 #include "window/App.h"
 
@@ -8,6 +9,7 @@
 int main(int argc, char* argv[])
 {
     try {
+        files::BeginWriting();
         platform::Application application(argc, argv);
         const auto dialogs = platform::MakeDialogs();
         App app(*dialogs);

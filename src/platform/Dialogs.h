@@ -2,6 +2,8 @@
 // hand in its own. Texts are UTF-8 and shown letter for letter, never as rich text.
 #pragma once
 
+#include "files/Files.h"
+
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -30,6 +32,11 @@ struct SaveAsDialog {
     std::string Filter; // from FilterText
 };
 
+struct SaveChoice {
+    std::filesystem::path File;
+    files::Existing Existing; // Replace: something stood there, and the user agreed
+};
+
 /// "Untitled (*.bin)": a file type as a dialog's filter wants it.
 [[nodiscard]] std::string FilterText(const FileType& type);
 
@@ -41,7 +48,7 @@ public:
     virtual void MsgBox(std::string_view utf8) = 0;
 
     /// Asks for a file to write, also before it replaces one; none where the user cancels. Adds no suffix.
-    virtual std::optional<std::filesystem::path> ShowModal(const SaveAsDialog& dialog) = 0;
+    virtual std::optional<SaveChoice> ShowModal(const SaveAsDialog& dialog) = 0;
 
     /// Lets the toolkit do pending work, but take no key or click. Cheap where the last time is less than 20 ms ago.
     virtual void RuntimeBackgroundTask() = 0;

@@ -1,5 +1,6 @@
 #include "platform/EventGate.h"
 
+#include <iostream>
 #include <utility>
 
 namespace platform {
@@ -19,12 +20,13 @@ void EventGate::Run(const std::function<void()>& work)
 void EventGate::Turn::Run(const std::function<void()>& work) const
 {
     try {
+        work();
+    } catch (const std::exception& failure) {
         try {
-            work();
-        } catch (const std::exception& failure) {
             gate_->failed_(failure);
+        } catch (const std::exception& further) { // even the message failed, and the toolkit can't pass an exception on
+            std::cerr << "tonfloss: " << failure.what() << "; " << further.what() << '\n';
         }
-    } catch (...) { // NOLINT(bugprone-empty-catch): even the message failed, and the toolkit can't pass an exception on
     }
 }
 

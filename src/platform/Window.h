@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/EventGate.h"
-#include "platform/Files.h"
+#include "platform/FolderItem.h"
 #include "platform/Menu.h"
 
 #include <memory>

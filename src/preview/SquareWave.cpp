@@ -129,11 +129,11 @@ std::string WaveHeader(std::int64_t dataBytes, std::int64_t outputRate)
 
 } // namespace
 
-bool WriteWave(const machine::Performance& performance, std::int64_t clock, std::int64_t outputRate,
-               const ByteSink& sink)
+void WriteWave(const machine::Performance& performance, std::int64_t clock, std::int64_t outputRate,
+               const files::ByteSink& sink)
 {
     const auto sampleCount = (performance.end * outputRate + clock - 1) / clock;
-    if (!sink(WaveHeader(kSampleBytes * sampleCount, outputRate))) return false;
+    sink(WaveHeader(kSampleBytes * sampleCount, outputRate));
 
     std::vector<double> changes(kBlock + kTaps); // what edges do to a block, and to the samples behind it
     std::string bytes;
@@ -152,9 +152,8 @@ bool WriteWave(const machine::Performance& performance, std::int64_t clock, std:
         TakeBlock(changes, level, bytes);
         const auto unheard = first < 0 ? kHalfWidth : 0;
         const auto size = std::min(kBlock, sampleCount - first) - unheard;
-        if (!sink({bytes.data() + kSampleBytes * unheard, static_cast<std::size_t>(kSampleBytes * size)})) return false;
+        sink({bytes.data() + kSampleBytes * unheard, static_cast<std::size_t>(kSampleBytes * size)});
     }
-    return true;
 }
 
 } // namespace preview

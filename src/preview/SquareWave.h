@@ -7,20 +7,15 @@
 //             samples away; a tone above half the output rate can't be heard.
 #pragma once
 
+#include "files/Files.h"
 #include "machine/Timing.h"
 
 #include <cstdint>
-#include <functional>
-#include <string_view>
 
 namespace preview {
 
-/// Takes the next bytes of the file. False: it can't, and gets no more.
-using ByteSink = std::function<bool(std::string_view bytes)>;
-
-/// Gives the Wave file of `performance` to `sink` in pieces of a few KiB. False where the sink gave up.
-/// Requires: the file stays below 4 GiB.
-bool WriteWave(const machine::Performance& performance, std::int64_t clock, std::int64_t outputRate,
-               const ByteSink& sink);
+/// Gives the Wave file of `performance` to `sink` in pieces of a few KiB. Requires: the file stays below 4 GiB.
+void WriteWave(const machine::Performance& performance, std::int64_t clock, std::int64_t outputRate,
+               const files::ByteSink& sink);
 
 } // namespace preview

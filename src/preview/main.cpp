@@ -1,4 +1,4 @@
-#include "preview/PreviewFiles.h"
+#include "files/Files.h"
 #include "preview/Report.h"
 #include "preview/SoundFile.h"
 #include "preview/SquareWave.h"
@@ -6,7 +6,6 @@
 #include <getopt.h>
 
 #include <charconv>
-#include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -98,14 +97,9 @@ bool TakeOptions(int argc, char* argv[], Options& options)
     return true;
 }
 
-bool IsDone(std::string_view file, const std::optional<Refusal>& refusal)
+void Show(std::string_view text)
 {
-    return !refusal || Complain(file, refusal->reason);
-}
-
-bool Show(std::string_view text)
-{
-    return IsDone("standard output", WriteStandardOutput([&](const ByteSink& sink) { return sink(text); }));
+    files::WriteStandardOutput([&](const files::ByteSink& sink) { sink(text); });
 }
 
 /// Arguments are UTF-8 on Windows too, as the program's manifest says.
@@ -116,24 +110,41 @@ std::filesystem::path PathOf(const std::string& argument)
 
 bool Preview(const Options& options)
 {
-    const auto parsed = ReadSoundFile(PathOf(options.input));
+    const auto input = PathOf(options.input);
+    const auto parsed = ParseSoundFile(files::ReadBytes(input, kLargestFile + 1));
     if (const auto* const refusal = std::get_if<Refusal>(&parsed)) return Complain(options.input, refusal->reason);
     const auto& sound = std::get<SoundFile>(parsed);
     for (const auto& warning : WarningsOf(sound))
         Complain(options.input, "warning: " + warning);
     const auto report = ReportOn(sound, options.machine);
-    const auto wave = [&](const ByteSink& sink) {
-        return WriteWave(machine::PerformanceOf(sound.runBytes, sound.sampleRate, options.machine.waits),
-                         options.machine.clock, options.rate, sink);
+    const auto wave = [&](const files::ByteSink& sink) {
+        WriteWave(machine::PerformanceOf(sound.runBytes, sound.sampleRate, options.machine.waits),
+                  options.machine.clock, options.rate, sink);
     };
     if (options.output == kStandardOutput) {
         std::cerr << report;
-        return IsDone("standard output", WriteStandardOutput(wave));
+        files::WriteStandardOutput(wave);
+    } else if (options.output.empty()) {
+        Show(report);
+    } else {
+        const auto waveThenReport = [&](const files::ByteSink& sink) {
+            wave(sink);
+            Show(report); // where it can't be shown, there is no file either
+        };
+        files::Write(PathOf(options.output), options.force ? files::Existing::Replace : files::Existing::Refuse,
+                     waveThenReport, input);
     }
-    if (!options.output.empty() &&
-        !IsDone(options.output, WriteFile(PathOf(options.output), PathOf(options.input), options.force, wave)))
-        return false;
-    return Show(report);
+    return true;
+}
+
+/// What the library can't know is added.
+std::string ReasonOf(const files::IOException& failure)
+{
+    switch (failure.ErrorKind) {
+    case files::IOException::Kind::Exists: return failure.Reason() + " --force replaces it.";
+    case files::IOException::Kind::IsTheSource: return "This is the sound file itself.";
+    default: return failure.Reason();
+    }
 }
 
 } // namespace
@@ -141,15 +152,18 @@ bool Preview(const Options& options)
 int main(int argc, char* argv[])
 {
     try {
-#ifdef SIGPIPE
-        static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); // a reader that goes away is a failed write
-#endif
+        files::BeginWriting();
         Options options;
         if (!TakeOptions(argc, argv, options)) {
             std::cerr << "Try 'tonfloss-preview --help'.\n";
             return kWrongUsage;
         }
-        return (options.answer.empty() ? Preview(options) : Show(options.answer)) ? EXIT_SUCCESS : EXIT_FAILURE;
+        if (options.answer.empty()) return Preview(options) ? EXIT_SUCCESS : EXIT_FAILURE;
+        Show(options.answer);
+        return EXIT_SUCCESS;
+    } catch (const files::IOException& failure) {
+        Complain(failure.Name(), ReasonOf(failure));
+        return EXIT_FAILURE;
     } catch (const std::exception& failure) {
         std::cerr << "tonfloss-preview: " << failure.what() << '\n';
         return EXIT_FAILURE;

@@ -14,7 +14,7 @@ public:
 
     std::string Language = "ger"; // of the start-up texts only; the window has a language of its own
 
-    platform::EventGate Gate{[this](const std::exception& failure) { Window.UnhandledException(failure); }};
+    platform::EventGate Gate{[this](const std::exception& failure) { Window.TellOfFailure(failure); }};
     MainMenuBar MenuBar{Gate};
     Window1 Window;
 

@@ -1,10 +1,12 @@
 #include "window/Window1.h"
 
+#include "files/Files.h"
 #include "platform/Application.h"
-#include "platform/Files.h"
+#include "platform/Texts.h"
 #include "window/Targets.h"
 
 #include <new>
+#include <optional>
 
 namespace {
 
@@ -15,16 +17,25 @@ constexpr MessagePair kBeingChanged{.ger = "Die Datei wird gerade von einem ande
                                     .eng = "The file is being changed by another program."};
 constexpr MessagePair kWriteProtected{.ger = "Diese Datei ist schreibgeschützt.",
                                       .eng = "This file is write-protected."};
+constexpr MessagePair kFolderProtected{.ger = "In diesem Ordner kann keine Datei angelegt werden.",
+                                       .eng = "No file can be made in this folder."};
+constexpr MessagePair kExists{.ger = "Unter diesem Namen gibt es inzwischen eine Datei.",
+                              .eng = "By now there is a file of this name."};
 
-MessagePair ReasonOf(const platform::IOException& failure)
+/// None where only the system has words for it.
+std::optional<MessagePair> ReasonOf(files::IOException::Kind kind)
 {
-    switch (failure.ErrorKind) {
-    case platform::IOException::Kind::NoOrdinaryFile: return kNoOrdinaryFile;
-    case platform::IOException::Kind::BeingChanged: return kBeingChanged;
-    case platform::IOException::Kind::WriteProtected: return kWriteProtected;
-    case platform::IOException::Kind::System: break;
+    using Kind = files::IOException::Kind;
+    switch (kind) {
+    case Kind::NoOrdinaryFile: return kNoOrdinaryFile;
+    case Kind::BeingChanged: return kBeingChanged;
+    case Kind::WriteProtected: return kWriteProtected;
+    case Kind::FolderProtected: return kFolderProtected;
+    case Kind::Exists: return kExists;
+    case Kind::IsTheSource: // of nothing that the window writes
+    case Kind::System: break;
     }
-    return {.ger = failure.SystemText, .eng = failure.SystemText};
+    return std::nullopt;
 }
 
 } // namespace
@@ -60,11 +71,13 @@ void Window1::Event_Open()
     SetTop(CentredOn(screen.Height, kWindow.height));
 }
 
-void Window1::UnhandledException(const std::exception& failure)
+void Window1::TellOfFailure(const std::exception& failure)
 {
-    if (const auto* const file = dynamic_cast<const platform::IOException*>(&failure)) {
-        if (const auto reason = TextFor(Language, ReasonOf(*file)))
-            dialogs_.MsgBox(file->FileName + ": " + std::string(*reason));
+    if (const auto* const file = dynamic_cast<const files::IOException*>(&failure)) {
+        const auto text = platform::ErrorText(file->Error);
+        if (const auto reason =
+                TextFor(Language, ReasonOf(file->ErrorKind).value_or(MessagePair{.ger = text, .eng = text})))
+            dialogs_.MsgBox(platform::NameOf(file->File) + ": " + std::string(*reason));
     } else if (dynamic_cast<const std::bad_alloc*>(&failure) != nullptr) {
         ShowMessage(kNoMemory);
     } else {

@@ -52,8 +52,8 @@ public:
     platform::Label Label4{*this, RowOf("Label4")};
 
     // window/Window1.cpp
-    /// Tells the user of what left an event as an exception.
-    void UnhandledException(const std::exception& failure);
+    /// Tells the user of an exception that has ended an event or a save.
+    void TellOfFailure(const std::exception& failure);
 
     // window/Window1Drag.cpp
     bool Event_DragEnter() override;

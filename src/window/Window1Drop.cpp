@@ -4,7 +4,8 @@
 #include "core/SoundFileHeader.h"
 #include "core/TextLibrary.h"
 #include "core/WaveAcceptance.h"
-#include "platform/Files.h"
+#include "platform/FolderItem.h"
+#include "platform/Texts.h"
 #include "window/SharedTexts.h"
 #include "window/Targets.h"
 
@@ -46,7 +47,7 @@ void Window1::Event_DropObject(const platform::DragItem& item)
     double FileLength = 0.0;
     if (item.FolderItemAvailable()) {
         strZeile = platform::ReadBytes(*item.FolderItem);
-        FileLength = static_cast<double>(item.FolderItem->Length);
+        FileLength = static_cast<double>(item.FolderItem->State.Length);
         FileName = item.FolderItem->Name;
         if (core::IsTooLarge(FileLength)) return RefuseTooLarge();
         LabelDragAndDrop.SetTextColor(kRed);

@@ -1,6 +1,7 @@
 // From the finished image to the file.
 #include "core/SoundFileImage.h"
-#include "platform/Files.h"
+#include "files/Files.h"
+#include "platform/FolderItem.h"
 #include "window/FileTypes1.h"
 #include "window/Targets.h"
 
@@ -32,10 +33,10 @@ bool Window1::DoSaveAS()
 
     BinStringPC1600 = core::SoundFileImage(this->*target->header, BinZeile, RuntimeBackgroundTask);
     try {
-        if (chosen) platform::WriteBytes(*chosen, BinStringPC1600);
-    } catch (const platform::IOException& failure) {
+        if (chosen) files::Write(chosen->File, chosen->Existing, BinStringPC1600);
+    } catch (const files::IOException& failure) {
         ShowMessage(kNotSaved);
-        UnhandledException(failure);
+        TellOfFailure(failure);
         return false;
     }
     ShowMessage(chosen ? kSaved : kNotSaved);

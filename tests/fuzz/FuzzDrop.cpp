@@ -2,7 +2,7 @@
 // as long as the recording.
 // Input: a byte of switches; the file's name up to a line end; the typed address up to a line end; the file.
 #include "platform/Application.h"
-#include "platform/Files.h"
+#include "platform/FolderItem.h"
 #include "preview/SoundFile.h"
 #include "support/FakeDialogs.h"
 #include "support/KnownFile.h"

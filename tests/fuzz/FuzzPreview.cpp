@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     const auto performance = machine::PerformanceOf(sound->runBytes, sound->sampleRate, machine.waits);
     std::size_t bytes = 0;
-    preview::WriteWave(performance, machine.clock, 8000, [&](auto piece) { return bytes += piece.size(); });
+    preview::WriteWave(performance, machine.clock, 8000, [&](auto piece) { bytes += piece.size(); });
     const auto samples = static_cast<double>(performance.end) * 8000 / static_cast<double>(machine.clock);
     const auto missing = static_cast<double>(bytes) - 44 - 2 * samples;
     if (file.find(sound->runBytes + Bytes("ff 00 00")) == std::string::npos || missing < -2 || missing > 2 ||

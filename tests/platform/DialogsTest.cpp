@@ -22,7 +22,7 @@ protected:
     /// Types a name, presses Return, and answers the question whether to replace it. After a no the user cancels.
     std::optional<path> SaveAs(const std::string& typed, QMessageBox::StandardButton answer = QMessageBox::Yes)
     {
-        std::optional<path> chosen;
+        std::optional<platform::SaveChoice> chosen;
         While([&] { chosen = real->ShowModal(asked); },
               [&](QDialog& dialog) {
                   if (auto* const question = qobject_cast<QMessageBox*>(&dialog)) {
@@ -37,7 +37,9 @@ protected:
                       QTest::keyClick(&name, Qt::Key_Return);
                   }
               });
-        return chosen;
+        if (!chosen) return std::nullopt;
+        agreed = chosen->Existing == files::Existing::Replace;
+        return chosen->File;
     }
 
     const std::unique_ptr<platform::Dialogs> real = platform::MakeDialogs();
@@ -47,6 +49,7 @@ protected:
                                  .Title = "Title Property",
                                  .Filter = "Untitled (*.bin)"};
     std::string replaced;
+    bool agreed = false; // that a file is replaced
 };
 
 TEST_F(RealDialogs, SaveDialogShowsWhatItIsAskedFor)
@@ -63,7 +66,7 @@ TEST_F(RealDialogs, SaveDialogShowsWhatItIsAskedFor)
                 seen += "prompt above";
         files.reject();
     };
-    While([&] { EXPECT_EQ(real->ShowModal(asked), std::nullopt); }, look);
+    While([&] { EXPECT_FALSE(real->ShowModal(asked)); }, look);
     EXPECT_EQ(seen, "Title Property|" + folder.string() + "|Untitled (*.bin)|SOUND|prompt above");
 }
 
@@ -82,11 +85,13 @@ TEST_F(RealDialogs, WhatIsTypedIsWhatIsWritten)
          })
         EXPECT_EQ(SaveAs(typed), chosen);
     EXPECT_EQ(replaced, "");
+    EXPECT_FALSE(agreed);
     for (const auto* const name : {"old.bin", "12\".bin"}) { // both ways ask before a file is replaced
         Write(name, "old");
         replaced.clear();
         EXPECT_EQ(SaveAs(name, QMessageBox::No), std::nullopt);
         EXPECT_EQ(SaveAs(name), folder / name);
+        EXPECT_TRUE(std::exchange(agreed, false));
         EXPECT_EQ(replaced, std::string(name) + " already exists.\nDo you want to replace it?");
     }
 }
@@ -135,7 +140,7 @@ TEST_P(HeldDown, AnswersNothing)
     };
     While([&] { real->MsgBox("stands"); }, hold);
     EXPECT_EQ(std::exchange(looks, 0), 4);
-    While([&] { EXPECT_EQ(real->ShowModal(asked), std::nullopt); }, hold);
+    While([&] { EXPECT_FALSE(real->ShowModal(asked)); }, hold);
     EXPECT_EQ(looks, 4);
 }
 

@@ -182,20 +182,26 @@ TEST_F(Events, ReturnAndEnterAreToldByTheKey)
 
 TEST_F(Events, ExceptionsEndInAMessage)
 {
-    using Kind = platform::IOException::Kind;
+    using Kind = files::IOException::Kind;
+    const auto diskFull = std::make_error_code(std::errc::no_space_on_device);
     for (const auto* const language : {"ger", "eng", "fra"}) {
         window.Language = language;
         gate.Run([] { throw std::bad_alloc(); });
-        for (const auto kind : {Kind::NoOrdinaryFile, Kind::BeingChanged, Kind::WriteProtected, Kind::System})
-            gate.Run([&] { throw platform::IOException(kind, "a<b", "Disk full"); });
+        for (const auto kind : {Kind::NoOrdinaryFile, Kind::BeingChanged, Kind::WriteProtected, Kind::FolderProtected,
+                                Kind::Exists, Kind::System})
+            gate.Run([&] { throw files::IOException(kind, "x/a<b", diskFull); });
     }
     gate.Run([] { throw std::runtime_error("What else?"); });
-    EXPECT_THAT(dialogs.shown, ElementsAre("Dafür reicht der Speicher nicht.", "a<b: Das ist keine gewöhnliche Datei.",
-                                           "a<b: Die Datei wird gerade von einem anderen Programm geändert.",
-                                           "a<b: Diese Datei ist schreibgeschützt.", "a<b: Disk full",
-                                           "There is not enough memory for this.", "a<b: This is no ordinary file.",
-                                           "a<b: The file is being changed by another program.",
-                                           "a<b: This file is write-protected.", "a<b: Disk full", "What else?"));
+    EXPECT_THAT(dialogs.shown,
+                ElementsAre("Dafür reicht der Speicher nicht.", "a<b: Das ist keine gewöhnliche Datei.",
+                            "a<b: Die Datei wird gerade von einem anderen Programm geändert.",
+                            "a<b: Diese Datei ist schreibgeschützt.",
+                            "a<b: In diesem Ordner kann keine Datei angelegt werden.",
+                            "a<b: Unter diesem Namen gibt es inzwischen eine Datei.", "a<b: No space left on device",
+                            "There is not enough memory for this.", "a<b: This is no ordinary file.",
+                            "a<b: The file is being changed by another program.", "a<b: This file is write-protected.",
+                            "a<b: No file can be made in this folder.", "a<b: By now there is a file of this name.",
+                            "a<b: No space left on device", "What else?"));
     dialogs.whileOpen = [] { throw std::bad_alloc(); };
     window.Language = "ger";
     gate.Run([] { throw std::bad_alloc(); }); // no memory even for the message

@@ -21,11 +21,14 @@ public:
         whileOpen();
     }
 
-    std::optional<std::filesystem::path> ShowModal(const platform::SaveAsDialog& dialog) override
+    /// The user agrees that a file is replaced.
+    std::optional<platform::SaveChoice> ShowModal(const platform::SaveAsDialog& dialog) override
     {
         asked = dialog;
         whileOpen();
-        return answer;
+        if (!answer) return std::nullopt;
+        const bool stands = std::filesystem::exists(*answer);
+        return platform::SaveChoice{*answer, stands ? files::Existing::Replace : files::Existing::Refuse};
     }
 
     void RuntimeBackgroundTask() override { onYield(); }

@@ -1,7 +1,7 @@
 // WindowTest.h: the real window, off screen, with dialogs that answer at once and a folder for files.
 #pragma once
 
-#include "platform/Files.h"
+#include "platform/FolderItem.h"
 #include "support/FakeDialogs.h"
 #include "support/KnownFile.h"
 #include "support/WaveBytes.h"

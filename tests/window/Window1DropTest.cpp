@@ -1,5 +1,6 @@
 // What a drop shows and what it leaves behind, at each of its ways out.
 #include "core/SoundFileHeader.h"
+#include "platform/Texts.h"
 #include "support/WindowTest.h"
 
 namespace {

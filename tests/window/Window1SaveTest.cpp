@@ -86,6 +86,19 @@ TEST_F(Save, CancelledClosesTheEntryAndFailedKeepsItOpen)
     EXPECT_EQ(Saved(), kFileHeader + kPlayer + kRunBytes);
 }
 
+TEST_F(Save, ReplacesNoFileThatTheUserWasNotAskedAbout)
+{
+    Drop("long.wav", WaveBytes().samples(Tone(2, 5000)));
+    dialogs.onYield = [this] { Write("SOUND", "another program's"); }; // after the dialog
+    Enter(U"80C5");
+    EXPECT_EQ(dialogs.shown.back(), "SOUND: Unter diesem Namen gibt es inzwischen eine Datei.");
+    EXPECT_EQ(Saved(), "another program's");
+    EXPECT_NE(Prompts(), "");
+    dialogs.onYield = [] {};
+    Enter(U"80C5"); // the dialog asks now
+    EXPECT_EQ(Saved().size(), 5000U + 133);
+}
+
 TEST_F(Save, AddressIsRefusedWithAnEmptyField)
 {
     struct Row {

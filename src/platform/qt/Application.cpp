@@ -1,6 +1,6 @@
 #include "platform/Application.h"
 
-#include "platform/qt/System.h"
+#include "platform/qt/Keys.h"
 
 #include <QApplication>
 #include <QIcon>

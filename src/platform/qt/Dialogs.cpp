@@ -1,7 +1,8 @@
 #include "platform/Dialogs.h"
 
+#include "platform/qt/EndFileDialog.h"
+#include "platform/qt/Paths.h"
 #include "platform/qt/QtText.h"
-#include "platform/qt/System.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -46,6 +47,7 @@ public:
     using QFileDialog::QFileDialog;
 
     QString chosen;
+    bool stood = false; // something, at the chosen name, and the user agreed that it is replaced
 
 protected:
     void accept() override
@@ -53,14 +55,16 @@ protected:
         const auto typed = findChild<QLineEdit*>("fileNameEdit")->text();
         const QFileInfo meant(directory(), typed);
         if (!typed.contains('"')) {
+            stood = QFileInfo::exists(selectedFiles().value(0));
             QFileDialog::accept();
             if (result() == Accepted) chosen = selectedFiles().constFirst();
             return;
         }
         if (meant.isDir()) return setDirectory(meant.absoluteFilePath());
         const auto question = QFileDialog::tr("%1 already exists.\nDo you want to replace it?").arg(meant.fileName());
-        if (meant.exists() && QMessageBox::warning(this, windowTitle(), question, QMessageBox::Yes | QMessageBox::No,
-                                                   QMessageBox::No) != QMessageBox::Yes)
+        stood = meant.exists();
+        if (stood && QMessageBox::warning(this, windowTitle(), question, QMessageBox::Yes | QMessageBox::No,
+                                          QMessageBox::No) != QMessageBox::Yes)
             return;
         chosen = meant.absoluteFilePath();
         QDialog::accept(); // NOLINT(bugprone-parent-virtual-call): the parent's would read the quotes
@@ -78,7 +82,7 @@ public:
         box.exec();
     }
 
-    std::optional<std::filesystem::path> ShowModal(const SaveAsDialog& dialog) override
+    std::optional<SaveChoice> ShowModal(const SaveAsDialog& dialog) override
     {
         const std::unique_ptr<SaveDialog, EndFileDialog> asked(new SaveDialog(
             MainWindow(), FromUtf8(dialog.Title), FromPath(dialog.InitialDirectory), FromUtf8(dialog.Filter)));
@@ -92,7 +96,8 @@ public:
         prompt->setContentsMargins(12, 12, 12, 0);
         files.layout()->setMenuBar(prompt); // the layout's own row above all others
         if (files.exec() != QDialog::Accepted) return std::nullopt;
-        return ToPath(files.chosen);
+        return SaveChoice{.File = ToPath(files.chosen),
+                          .Existing = files.stood ? files::Existing::Replace : files::Existing::Refuse};
     }
 
     void RuntimeBackgroundTask() override

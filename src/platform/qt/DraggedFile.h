@@ -1,8 +1,8 @@
 // DraggedFile.h: the file that a drag or the clipboard holds.
 #pragma once
 
-#include "platform/Files.h"
-#include "platform/qt/System.h"
+#include "platform/FolderItem.h"
+#include "platform/qt/Paths.h"
 
 #include <QMimeData>
 

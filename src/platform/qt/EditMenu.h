@@ -1,7 +1,7 @@
 // EditMenu.h: the items that work on the text that has the focus.
 #pragma once
 
-#include "platform/Files.h"
+#include "platform/FolderItem.h"
 #include "platform/Menu.h"
 
 #include <QAction>

@@ -1,0 +1,19 @@
+#include "platform/Texts.h"
+
+#include "platform/qt/Paths.h"
+#include "platform/qt/QtText.h"
+
+namespace platform {
+
+std::string Utf8(std::u32string_view text)
+{
+    return FromUtf32(text).toStdString();
+}
+
+std::string NameOf(const std::filesystem::path& path)
+{
+    const auto name = FromPath(path.has_filename() ? path.filename() : path);
+    return name.normalized(QString::NormalizationForm_C).toStdString();
+}
+
+} // namespace platform

@@ -1,0 +1,10 @@
+#include "platform/qt/EndFileDialog.h"
+
+namespace platform {
+
+void EndFileDialog::operator()(QFileDialog* dialog) const
+{
+    delete dialog;
+}
+
+} // namespace platform
