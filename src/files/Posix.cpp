@@ -157,7 +157,6 @@ std::error_code MoveToNew(const fs::path& part, const fs::path& target)
         unlink(part.c_str());
         return {};
     }
-    if (errno == EEXIST) return LastError();
     // No links either: an empty file holds the name until the part goes over it.
     const int holder = open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (holder < 0) return LastError();

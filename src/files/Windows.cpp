@@ -86,10 +86,11 @@ bool CloseForRename(int& file)
 }
 
 // The first call takes over rights, attributes and streams of the file that stands there. Where it can't, as for a file
-// that isn't there any more, the second goes without.
+// that isn't there any more, the second goes without. Wine's first call takes no relative paths.
 std::error_code MoveOver(const fs::path& part, const fs::path& target)
 {
-    if (ReplaceFileW(target.c_str(), part.c_str(), nullptr, 0, nullptr, nullptr) != 0) return {};
+    if (ReplaceFileW(fs::absolute(target).c_str(), fs::absolute(part).c_str(), nullptr, 0, nullptr, nullptr) != 0)
+        return {};
     const auto error = GetLastError();
     const bool isGone = error == ERROR_FILE_NOT_FOUND || error == ERROR_UNABLE_TO_MOVE_REPLACEMENT;
     if (isGone && MoveFileExW(part.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) != 0) return {};
