@@ -59,8 +59,8 @@ public:
     void SetTextColor(std::uint32_t rgb);
 
     /// Screen readers call `control` by this label's text, or read it out as its description. It follows the text.
-    void SetNames(Control& control);
-    void SetDescribes(Control& control);
+    void SpeakAsNameOf(Control& control);
+    void SpeakAsDescriptionOf(Control& control);
 
 private:
     std::string text_;

@@ -65,10 +65,29 @@ TEST_F(WindowTest, TextsFitTheirBoxesAndBlackIsTheDesktopsOwnColour)
     EXPECT_EQ(label.palette().color(QPalette::WindowText), QColor(0xFF, 0, 0));
     window.Label2.SetTextColor(0);
     EXPECT_EQ(label.palette().color(QPalette::WindowText), QApplication::palette().color(QPalette::WindowText));
-    const auto& listing = Find<QWidget>("TextAreaCodeAusgabe").palette(); // hides its selection without the focus
-    EXPECT_EQ(listing.color(QPalette::Inactive, QPalette::Highlight), listing.color(QPalette::Base));
-    EXPECT_EQ(listing.color(QPalette::Inactive, QPalette::HighlightedText), listing.color(QPalette::Text));
-    EXPECT_NE(listing.color(QPalette::Active, QPalette::Highlight), listing.color(QPalette::Base));
+    window.Label2.SetText("(Enter)\r(Enter)"); // and taller than its box
+    EXPECT_LE(label.fontMetrics().size(0, label.text()).height(), label.height());
+}
+
+TEST_F(WindowTest, ColoursFollowAChangeOfTheme)
+{
+    window.Show();
+    const auto before = QApplication::palette();
+    for (const auto* const ground : {"#EFEFEF", "#282828", "#EFEFEF"}) {
+        QApplication::setPalette(QPalette(QColor(ground)));
+        QApplication::processEvents();
+        const auto& listing = Find<QWidget>("TextAreaCodeAusgabe").palette(); // hides its selection without the focus
+        EXPECT_EQ(listing.color(QPalette::Base), QApplication::palette().color(QPalette::Base));
+        EXPECT_EQ(listing.color(QPalette::Inactive, QPalette::Highlight), listing.color(QPalette::Base));
+        EXPECT_EQ(listing.color(QPalette::Inactive, QPalette::HighlightedText), listing.color(QPalette::Text));
+        EXPECT_NE(listing.color(QPalette::Active, QPalette::Highlight), listing.color(QPalette::Base));
+        const auto ring = Find<QWidget>("RadioButtonPokEmul").grab({0, 0, 18, 20}).toImage(); // isn't chosen
+        int contrast = 0;
+        for (int x = 0; x < 18; ++x)
+            contrast = std::max(contrast, std::abs(qGray(ring.pixel(x, 10)) - QColor(ground).lightness()));
+        EXPECT_GT(contrast, 60) << ground;
+    }
+    QApplication::setPalette(before);
 }
 
 TEST_F(WindowTest, ScreenReaderAndTabKeyFindTheControls)

@@ -1,10 +1,10 @@
 #include "platform/Controls.h"
 
-#include "platform/qt/FittedFont.h"
-#include "platform/qt/QtText.h"
 #include "platform/qt/WindowImpl.h"
 
 #include <QApplication>
+#include <QFontInfo>
+#include <QFontMetrics>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -14,12 +14,29 @@
 #include <QRadioButton>
 #include <QStyle>
 #include <QStyleOptionButton>
+#include <QStylePainter>
 #include <QtMath>
 
 #include <algorithm>
 #include <utility>
 
 namespace platform {
+namespace {
+
+/// `font`, or the largest smaller size of it in which `text` fits into `box`, down to 8 pixels: a box has a fixed size,
+/// whatever the desktop's font.
+QFont FittedFont(QFont font, const QString& text, QSize box)
+{
+    constexpr int kSmallest = 8; // pixels; below that nobody can read it
+    for (int pixels = QFontInfo(font).pixelSize();; font.setPixelSize(pixels)) {
+        const auto size = QFontMetrics(font).size(Qt::TextExpandTabs, text);
+        const double scale = std::min(1.0 * box.width() / size.width(), 1.0 * box.height() / size.height());
+        if (scale >= 1 || pixels <= kSmallest) return font;
+        pixels = std::max(kSmallest, std::min(pixels - 1, static_cast<int>(pixels * scale))); // each try loads a font
+    }
+}
+
+} // namespace
 
 struct Control::Impl {
     explicit Impl(QWidget* made) : widget(*made) {}
@@ -78,7 +95,7 @@ private:
     {
         if (event.key() == Qt::Key_Return) return U"\x0D";
         if (event.key() == Qt::Key_Enter) return U"\x03";
-        const auto text = ToUtf32(event.text());
+        const auto text = event.text().toStdU32String();
         return text == U"\x0D" || text == U"\x03" ? U"" : text;
     }
 
@@ -92,41 +109,35 @@ public:
 private:
     void changeEvent(QEvent* event) override
     {
-        if (event->type() == QEvent::ApplicationPaletteChange) HideSelection();
+        if (event->type() == QEvent::PaletteChange) HideSelection();
         QPlainTextEdit::changeEvent(event);
     }
 
-    // While the focus is elsewhere.
+    // While the focus is elsewhere. The palette that is set here changes nothing when this comes again for it.
     void HideSelection()
     {
-        const auto desktop = QApplication::palette(this);
-        QPalette palette;
-        palette.setBrush(QPalette::Inactive, QPalette::Highlight, desktop.base());
-        palette.setBrush(QPalette::Inactive, QPalette::HighlightedText, desktop.text());
-        setPalette(palette);
+        QPalette hidden;
+        hidden.setBrush(QPalette::Inactive, QPalette::Highlight, palette().base());
+        hidden.setBrush(QPalette::Inactive, QPalette::HighlightedText, palette().text());
+        setPalette(hidden);
     }
 };
 
 class RadioWidget : public QRadioButton {
 public:
-    explicit RadioWidget(EventGate& gate) : gate_(gate) { LightenRing(); }
+    explicit RadioWidget(EventGate& gate) : gate_(gate) {}
 
     std::function<void()> action;
 
 private:
-    void changeEvent(QEvent* event) override
-    {
-        if (event->type() == QEvent::ApplicationPaletteChange) LightenRing();
-        QRadioButton::changeEvent(event);
-    }
-
     // The toolkit's style draws the ring of a button that isn't chosen darker than the window, which a dark window hides.
-    void LightenRing()
+    void paintEvent(QPaintEvent* /*event*/) override
     {
-        const auto desktop = QApplication::palette(this);
-        QPalette palette;
-        if (desktop.window().color().lightness() < 128) palette.setBrush(QPalette::Window, desktop.windowText());
-        setPalette(palette);
+        QStyleOptionButton option;
+        initStyleOption(&option);
+        auto& colours = option.palette;
+        if (colours.window().color().lightness() < 128) colours.setBrush(QPalette::Window, colours.windowText());
+        QStylePainter(this).drawControl(QStyle::CE_RadioButton, option);
     }
 
     // Reached by every way of choosing the button, before anything has changed.
@@ -168,10 +179,10 @@ private:
 void Place(QWidget& widget, const ControlRow& row, QWidget& below, QPoint origin)
 {
     widget.setParent(&below);
-    widget.setObjectName(FromUtf8(row.name));
+    widget.setObjectName(QString::fromUtf8(row.name));
     widget.setGeometry({QPoint(row.left, row.top) - origin, QSize(row.width, row.height)});
     widget.setVisible(row.visible);
-    widget.setAccessibleName(FromUtf8(row.spoken));
+    widget.setAccessibleName(QString::fromUtf8(row.spoken));
 }
 
 } // namespace
@@ -215,19 +226,19 @@ Label::Label(Window& parent, const ControlRow& row) : Control(parent, row, std::
 void Label::SetText(std::string_view utf8)
 {
     text_ = utf8;
-    const auto lines = FromUtf8(utf8).replace("\r\n", "\n").replace('\r', '\n');
+    const auto lines = QString::fromUtf8(utf8).replace("\r\n", "\n").replace('\r', '\n');
     auto& label = impl().As<QLabel>();
     impl().Fit(lines, label.size());
     label.setText(lines);
     if (described_ != nullptr) described_->impl().widget.setAccessibleDescription(lines);
 }
 
-void Label::SetNames(Control& control)
+void Label::SpeakAsNameOf(Control& control)
 {
     impl().As<QLabel>().setBuddy(&control.impl().widget);
 }
 
-void Label::SetDescribes(Control& control)
+void Label::SpeakAsDescriptionOf(Control& control)
 {
     described_ = &control;
     SetText(text_);
@@ -252,7 +263,7 @@ TextArea::TextArea(Window& parent, const ControlRow& row) : Control(parent, row,
 void TextArea::SetText(std::string text)
 {
     text_ = std::move(text);
-    impl().As<AreaWidget>().setPlainText(FromUtf8(text_));
+    impl().As<AreaWidget>().setPlainText(QString::fromUtf8(text_));
 }
 
 TextField::TextField(Window& parent, const ControlRow& row)
@@ -263,12 +274,12 @@ TextField::TextField(Window& parent, const ControlRow& row)
 
 std::u32string TextField::Text() const
 {
-    return ToUtf32(impl().As<FieldWidget>().text());
+    return impl().As<FieldWidget>().text().toStdU32String();
 }
 
 void TextField::SetText(std::u32string_view text)
 {
-    impl().As<FieldWidget>().setText(FromUtf32(text));
+    impl().As<FieldWidget>().setText(QString::fromStdU32String(std::u32string(text)));
 }
 
 void TextField::SetKeyDown(std::function<bool(std::u32string_view key)> keyDown)
@@ -280,7 +291,7 @@ RadioButton::RadioButton(Window& parent, const ControlRow& row)
     : Control(parent, row, std::make_unique<Impl>(new RadioWidget(parent.Gate())))
 {
     auto& button = impl().As<RadioWidget>();
-    const auto caption = FromUtf8(row.text);
+    const auto caption = QString::fromUtf8(row.text);
     button.setText(caption);
     QStyleOptionButton option;
     option.initFrom(&button);
@@ -310,7 +321,7 @@ void RadioButton::SetAction(std::function<void()> action)
 }
 
 Canvas::Canvas(Control& parent, const ControlRow& row, std::string_view backdrop)
-    : Control(parent, row, std::make_unique<Impl>(new CanvasWidget(FromUtf8(backdrop))))
+    : Control(parent, row, std::make_unique<Impl>(new CanvasWidget(QString::fromUtf8(backdrop))))
 {}
 
 } // namespace platform
