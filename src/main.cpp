@@ -10,9 +10,10 @@ int main(int argc, char* argv[])
 {
     try {
         files::BeginWriting();
-        platform::Application application(argc, argv);
+        platform::Application application(argv[0]);
         const auto dialogs = platform::MakeDialogs();
         App app(*dialogs);
+        if (argc > 1) app.RefuseArguments();
         app.Window.Show();
         return application.Run();
     } catch (const std::exception& failure) {

@@ -16,7 +16,8 @@ struct ScreenSize {
 /// Made before anything else of the platform, destroyed after it.
 class Application {
 public:
-    Application(int& argc, char** argv);
+    /// The toolkit gets `programName`, the first of main's arguments, and no other.
+    explicit Application(char* programName);
     ~Application();
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;

@@ -12,6 +12,9 @@ public:
     /// Ready for the user, but not shown yet.
     explicit App(platform::Dialogs& dialogs);
 
+    /// Says on standard error that there are none.
+    void RefuseArguments() const;
+
     std::string Language = "ger"; // of the start-up texts only; the window has a language of its own
 
     platform::EventGate Gate{[this](const std::exception& failure) { Window.TellOfFailure(failure); }};

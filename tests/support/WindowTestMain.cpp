@@ -13,7 +13,7 @@ int main(int argc, char** argv)
     testing::InitGoogleTest(&argc, argv);
     setenv("QT_QPA_PLATFORM", "offscreen", 1); // no screen is needed
     setenv("LC_ALL", "C.UTF-8", 1);
-    const platform::Application application(argc, argv);
+    const platform::Application application(argv[0]);
     QApplication::setFont(QFont("DejaVu Sans")); // the same widths and colours wherever the tests run
     QPalette dark(QColor(40, 40, 40));
     dark.setColor(QPalette::HighlightedText, Qt::black);

@@ -10,29 +10,35 @@
 #include <QSettings>
 #include <QTranslator>
 
+#include <array>
+
 namespace platform {
 
 struct Application::Impl {
-    Impl(int& argc, char** argv) : application(argc, argv)
+    explicit Impl(char* programName) : arguments{programName, nullptr}, application(argumentCount, arguments.data())
     {
-        IgnoreRepeatedReturns(application);
+        // The toolkit's translations bring the direction of their language along, and the window would be mirrored.
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+        IgnoreRepeatedKeys(application);
         // The toolkit's own words, such as those of its dialogs' buttons, in the language of the desktop.
         if (translator.load(QLocale::system(), "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
             QCoreApplication::installTranslator(&translator);
     }
 
+    int argumentCount = 1; // the toolkit would act on more, and keeps a reference
+    std::array<char*, 2> arguments;
     QApplication application;
     QTranslator translator;
 };
 
 // No display name is set: the toolkit would append it to every window title.
-Application::Application(int& argc, char** argv)
+Application::Application(char* programName)
 {
     // The toolkit's file dialog would keep its state from one run to the next.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, "/dev/null");
     QCoreApplication::setApplicationName("tonfloss");
     QCoreApplication::setApplicationVersion(TONFLOSS_VERSION);
-    impl_ = std::make_unique<Impl>(argc, argv);
+    impl_ = std::make_unique<Impl>(programName);
     QGuiApplication::setDesktopFileName("org.tonfloss.Tonfloss");
     // After the first frame, which doesn't need it: the icon has several sizes to read.
     const auto showIcon = [] {
