@@ -46,8 +46,8 @@ Window1::Window1(platform::EventGate& gate, MainMenuBar& menuBar, platform::Dial
       dialogs_(dialogs),
       RuntimeBackgroundTask([this] { dialogs_.RuntimeBackgroundTask(); })
 {
-    Label1.SetNames(TextFieldAudioAdresse);
-    Label4.SetDescribes(TextFieldAudioAdresse);
+    Label1.SpeakAsNameOf(TextFieldAudioAdresse);
+    Label4.SpeakAsDescriptionOf(TextFieldAudioAdresse);
     AddHandlers();
     Event_Open();
 }
@@ -77,7 +77,7 @@ void Window1::TellOfFailure(const std::exception& failure)
         const auto text = platform::ErrorText(file->Error);
         if (const auto reason =
                 TextFor(Language, ReasonOf(file->ErrorKind).value_or(MessagePair{.ger = text, .eng = text})))
-            dialogs_.MsgBox(platform::NameOf(file->File) + ": " + std::string(*reason));
+            dialogs_.MsgBox(platform::ShownName(platform::NameOf(file->File)) + ": " + std::string(*reason));
     } else if (dynamic_cast<const std::bad_alloc*>(&failure) != nullptr) {
         ShowMessage(kNoMemory);
     } else {

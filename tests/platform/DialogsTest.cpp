@@ -96,6 +96,63 @@ TEST_F(RealDialogs, WhatIsTypedIsWhatIsWritten)
     }
 }
 
+TEST_F(RealDialogs, SaveDialogIsTheToolkitsOwnWideEnoughAndMovesNoFile)
+{
+    const auto look = [&](QDialog& dialog) {
+        EXPECT_TRUE(dynamic_cast<QFileDialog&>(dialog).testOption(QFileDialog::DontUseNativeDialog));
+        const auto& list = *dialog.findChild<QTreeView*>("treeView");
+        EXPECT_GE(list.viewport()->width(), list.header()->length());
+        for (const auto* const view : dialog.findChildren<QAbstractItemView*>())
+            EXPECT_FALSE(view->dragEnabled() || view->viewport()->acceptDrops()) << view->objectName().toStdString();
+        dialog.reject();
+    };
+    const auto font = QApplication::font();
+    QApplication::setFont(QFont("DejaVu Sans", 12));
+    While([&] { EXPECT_EQ(real->ShowModal(asked), std::nullopt); }, look);
+    QApplication::setFont(font);
+}
+
+TEST_F(RealDialogs, NameThatIsTooLongIsToldAndTypedAgain)
+{
+    std::string u;
+    for (int i = 0; i < 128; ++i)
+        u += "\xC3\xBC"; // 256 bytes
+    bool told = false;
+    std::optional<platform::SaveChoice> chosen;
+    While([&] { chosen = real->ShowModal(asked); },
+          [&](QDialog& dialog) {
+              if (const auto* const box = qobject_cast<QMessageBox*>(&dialog)) {
+                  told = box->text().endsWith(": File name too long");
+                  return dialog.accept();
+              }
+              auto& name = *dialog.findChild<QLineEdit*>("fileNameEdit");
+              name.setText(told ? "SOUND" : QString::fromStdString(u));
+              QTest::keyClick(&name, Qt::Key_Return);
+          });
+    EXPECT_TRUE(told);
+    EXPECT_EQ(chosen->File, folder / "SOUND");
+}
+
+TEST_F(RealDialogs, NamesAreShownOnOneLineOfTheScreen)
+{
+    EXPECT_EQ(platform::ShownName("a<b>.wav"), "a<b>.wav");
+    EXPECT_EQ(platform::ShownName("a\nb\x7F\xC2\x85\xE2\x80\xAE"), "a\xE2\x90\x8A"
+                                                                   "b\xE2\x90\xA1\xEF\xBF\xBD\xEF\xBF\xBD");
+    const auto shown = platform::ShownName("first" + std::string(100000, 'x') + "last");
+    EXPECT_THAT(shown, testing::StartsWith("firstxx"));
+    EXPECT_THAT(shown, testing::EndsWith("xxlast"));
+    While([&] { real->MsgBox(shown + ": no file\n" + std::string(30, 'm')); },
+          [&](QDialog& dialog) {
+              EXPECT_EQ(dynamic_cast<QMessageBox&>(dialog).text().toStdString().find("\xE2\x80\x8B"),
+                        std::string::npos);
+              const auto& label = *dialog.findChild<QLabel*>("qt_msgbox_label");
+              EXPECT_GE(label.width(), label.fontMetrics().horizontalAdvance(QString(30, 'm'))); // it grows
+              EXPECT_LE(dialog.width(), dialog.screen()->size().width());
+              EXPECT_LE(dialog.height(), dialog.screen()->size().height());
+              dialog.accept();
+          });
+}
+
 TEST_F(RealDialogs, YieldLetsTheToolkitWork)
 {
     bool worked = false;
