@@ -5,6 +5,7 @@
 #include "platform/Application.h"
 #include "platform/FolderItem.h"
 #include "support/FakeDialogs.h"
+#include "support/WithBytes.h"
 #include "window/App.h"
 
 #include <QFile>
@@ -41,7 +42,7 @@ struct Program {
     void Drop(const platform::DragItem& item)
     {
         dialogs.shown.clear();
-        app.Gate.Run([&] { app.Window.Event_DropObject(item); });
+        app.Gate.Run([&] { app.Window.Event_DropObject(WithBytes(item)); });
     }
 };
 
@@ -122,7 +123,7 @@ void Print(const Best& best)
 
 int main(int argc, char** argv)
 {
-    platform::Application application(argc, argv);
+    platform::Application application(argv[0]);
     benchmark::Initialize(&argc, argv);
     for (const auto& signal : kSignals) {
         for (const bool half : {false, true}) {

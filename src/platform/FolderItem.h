@@ -4,6 +4,7 @@
 #include "files/Files.h"
 
 #include <filesystem>
+#include <future>
 #include <optional>
 #include <string>
 
@@ -14,6 +15,7 @@ struct FolderItem {
     std::filesystem::path NativePath; // as the system has it, valid UTF-8 or not
     std::u32string Name;              // without folders, composed (NFC): a decomposed umlaut is one character
     files::FileState State;
+    std::shared_future<std::string> Bytes = {}; // from the drop on; throws what reading them has thrown
 };
 
 /// What the user drags. Only the first item of a drag counts.

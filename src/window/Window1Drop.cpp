@@ -46,7 +46,7 @@ void Window1::Event_DropObject(const platform::DragItem& item)
     std::u32string FileName;
     double FileLength = 0.0;
     if (item.FolderItemAvailable()) {
-        strZeile = platform::ReadBytes(*item.FolderItem);
+        strZeile = item.FolderItem->Bytes.get();
         FileLength = static_cast<double>(item.FolderItem->State.Length);
         FileName = item.FolderItem->Name;
         if (core::IsTooLarge(FileLength)) return RefuseTooLarge();

@@ -7,6 +7,7 @@
 #include "support/FakeDialogs.h"
 #include "support/KnownFile.h"
 #include "support/WaveBytes.h"
+#include "support/WithBytes.h"
 #include "window/App.h"
 
 #include <QCoreApplication>
@@ -56,10 +57,10 @@ void RequireSound(const std::filesystem::path& saved, const std::string& file, s
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
+extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** argv)
 {
     setenv("QT_QPA_PLATFORM", "offscreen", 1); // NOLINT(concurrency-mt-unsafe)
-    static platform::Application application(*argc, *argv);
+    static platform::Application application((*argv)[0]);
     return 0;
 }
 
@@ -96,7 +97,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     window.OptionAudioPokEmul_Action();
     if (!pokEmul) window.OptionAudioSharp_Action(); // there and back: no prompt is open
 
-    app.Gate.Run([&] { window.Event_DropObject({platform::FolderItemAt(path)}); });
+    app.Gate.Run([&] { window.Event_DropObject(WithBytes({platform::FolderItemAt(path)})); });
     const bool accepted = window.TextFieldAudioAdresse.Visible();
     Require(shown.size() == 1 || (accepted && shown.empty()), "one message");
     if (accepted) {

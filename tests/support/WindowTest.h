@@ -5,6 +5,7 @@
 #include "support/FakeDialogs.h"
 #include "support/KnownFile.h"
 #include "support/WaveBytes.h"
+#include "support/WithBytes.h"
 #include "window/App.h"
 
 #include <QtTest>
@@ -32,10 +33,16 @@ protected:
 
     void Drop(const platform::DragItem& item)
     {
-        gate.Run([&] { window.Event_DropObject(item); });
+        gate.Run([&] { window.Event_DropObject(WithBytes(item)); });
     }
     void Drop(const path& name, const std::string& bytes) { Drop({platform::FolderItemAt(Write(name, bytes))}); }
     void DropTone() { Drop("tone.wav", WaveBytes()); }
+
+    /// Until a file that was dropped or pasted has been read, and its conversion is over.
+    void WaitForFile()
+    {
+        EXPECT_TRUE(QTest::qWaitFor([this] { return static_cast<bool>(gate.TakeTurn()); }));
+    }
 
     /// Types `text` and presses Return.
     void Enter(std::u32string_view text)

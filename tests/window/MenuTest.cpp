@@ -66,6 +66,39 @@ TEST_F(Menus, EditItemsWorkOnTheFieldByLetterAndByShortcut)
     EXPECT_EQ(fieldAndClipboard(), "CC|C");
 }
 
+TEST_F(Menus, DeleteTakesTheSelectionAloneAndNothingIsPastedIntoTheListing)
+{
+    QTest::keyClicks(&field, "80C5");
+    field.setSelection(1, 2);
+    Find<QAction>("EditClear").trigger();
+    EXPECT_EQ(field.text(), "85");
+    QApplication::clipboard()->setText("C0");
+    field.setCursorPosition(1);
+    QTest::keyClick(&field, Qt::Key_Insert, Qt::ShiftModifier);
+    EXPECT_EQ(field.text(), "8C05");
+    area.setFocus();
+    QTest::keyClick(&area, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(area.toPlainText() + field.text(), "8C05");
+}
+
+TEST_F(Menus, PastedFileIsWatchedForAWhileAndAHeldKeyPastesOnce)
+{
+    CopyFile(Write("growing.wav", WaveBytes()));
+    QTest::keyClick(&field, Qt::Key_V, Qt::ControlModifier);
+    QTimer::singleShot(100, main, [&] { Write("growing.wav", std::string(WaveBytes()) + "more"); });
+    WaitForFile(); // the timer comes: the window stays alive
+    EXPECT_THAT(dialogs.shown, ElementsAre("growing.wav: Die Datei wird gerade von einem anderen Programm geändert."));
+    EXPECT_FALSE(Find<QAction>("EditPaste").autoRepeat());
+    QKeyEvent released(QEvent::KeyRelease, Qt::Key_V, Qt::ControlModifier);
+    QKeyEvent unmarked(QEvent::ShortcutOverride, Qt::Key_V, Qt::ControlModifier); // so come some under X11
+    released.setTimestamp(1600);
+    unmarked.setTimestamp(1600);
+    unmarked.ignore();
+    QApplication::sendEvent(&field, &released);
+    QApplication::sendEvent(&field, &unmarked);
+    EXPECT_TRUE(unmarked.isAccepted()); // no shortcut for the menu
+}
+
 TEST_F(Menus, ListingAsAUserCopiesItIsTheRunBytesToAnAssembler)
 {
     std::mt19937 random(1600);
@@ -117,20 +150,24 @@ TEST_F(Menus, EditItemsAreEnabledJustWhenTheyCanAct)
 TEST_F(Menus, PasteConvertsAFileFromTheClipboardWhereverTheFocusIs)
 {
     Choose(Qt::Key_E, Qt::Key_Escape); // with an empty clipboard, so that Paste was disabled
+    main->activateWindow();
     CopyFile(Write("pasted.wav", WaveBytes().rate(8000)));
     for (QWidget* const focus : std::initializer_list<QWidget*>{&field, &area, main}) {
         focus->setFocus();
         window.SetTitle("");
         QTest::keyClick(focus, Qt::Key_V, Qt::ControlModifier);
+        WaitForFile();
         EXPECT_EQ(window.Title(), "pasted.wav / 204 Bytes / 8 kHz");
         EXPECT_EQ(field.text(), "");
     }
     field.setFocus();
     field.setText("80");
     Choose(Qt::Key_E, Qt::Key_A);
+    main->activateWindow();
     EXPECT_EQ(field.selectedText(), "80"); // no other item takes the file
     CopyFile(Write("stereo.wav", WaveBytes().channels(2)));
     Choose(Qt::Key_E, Qt::Key_P);
+    WaitForFile();
     EXPECT_EQ(dialogs.shown.back(), "Falsches .Wav Format - Kein Mono !");
     EXPECT_EQ(window.Label3.Text().substr(0, 18), "Wavefile Format OK"); // as after a drag
     EXPECT_EQ(window.LabelDragAndDrop.TextColor(), kRed);

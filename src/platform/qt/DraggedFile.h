@@ -1,23 +1,27 @@
-// DraggedFile.h: the file that a drag or the clipboard holds.
+// DraggedFile.h: the file that a drag or the clipboard holds. A file system may answer late or never, so whatever asks it
+// has a thread of its own. Nobody waits for that thread, not even the program's end.
 #pragma once
 
 #include "platform/FolderItem.h"
-#include "platform/qt/Paths.h"
 
+#include <QFuture>
 #include <QMimeData>
+
+#include <chrono>
+#include <filesystem>
+#include <future>
+#include <optional>
 
 namespace platform {
 
-/// The first of the addresses, as the file is now. An empty clipboard may have no data at all, and who offers addresses
-/// may give none, when the program has ended meanwhile for example.
-[[nodiscard]] inline DragItem DraggedFile(const QMimeData* data)
-{
-    DragItem item;
-    if (data == nullptr || !data->hasUrls()) return item;
-    const auto urls = data->urls();
-    if (urls.isEmpty()) return item;
-    if (const auto path = LocalPath(urls.constFirst())) item.FolderItem = FolderItemAt(*path);
-    return item;
-}
+/// Where the first of the addresses leads; none for what is no file of this machine. An empty clipboard may have no data
+/// at all, and who offers addresses may give none, when the program has ended meanwhile for example.
+[[nodiscard]] std::optional<std::filesystem::path> DraggedPath(const QMimeData* data);
+
+/// The file as it is now, without its bytes.
+[[nodiscard]] std::shared_future<DragItem> Note(std::optional<std::filesystem::path> path);
+
+/// The file with its bytes, or with the reason why there are none; read when it has been `noted` and `hover` is over.
+[[nodiscard]] QFuture<DragItem> Read(std::shared_future<DragItem> noted, std::chrono::milliseconds hover = {});
 
 } // namespace platform

@@ -8,12 +8,9 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPointer>
-#include <QThread>
 
 namespace platform {
 namespace {
-
-constexpr unsigned long kHover = 300; // ms, like a quick drag: a file that is being written changes meanwhile
 
 /// The text that the user is in. The menu bar takes the focus while it is used by keyboard; that doesn't count.
 QWidget* FocusedText()
@@ -64,10 +61,10 @@ void Edit(QPlainTextEdit& area, MenuAction action)
         area.copy();
 }
 
-/// Somebody copied a file, in a file manager for example.
-DragItem FileOnClipboard()
+/// Somebody copied a file, in a file manager for example. Nobody asks the file itself.
+bool ClipboardHoldsFile()
 {
-    return DraggedFile(QApplication::clipboard()->mimeData());
+    return DraggedPath(QApplication::clipboard()->mimeData()).has_value();
 }
 
 bool CanEditFocusedText(MenuAction action)
@@ -92,20 +89,16 @@ void ConnectEditItem(QAction& item, MenuAction action, EventGate& gate, const Pa
 {
     FocusedText(); // follows the focus from now on
     QObject::connect(&menu, &QMenu::aboutToShow, &item, [&item, action] {
-        const bool file = action == MenuAction::Paste && FileOnClipboard().FolderItemAvailable();
+        const bool file = action == MenuAction::Paste && ClipboardHoldsFile();
         item.setEnabled(file || CanEditFocusedText(action));
     });
     // A shortcut works without the menu having been opened, so a disabled item must not stand in its way.
     QObject::connect(&menu, &QMenu::aboutToHide, &item, [&item] { item.setEnabled(true); });
     QObject::connect(&item, &QAction::triggered, [&gate, &pasteFile, action] {
-        gate.Run([&] {
-            if (action == MenuAction::Paste)
-                if (const auto file = FileOnClipboard(); file.FolderItemAvailable()) {
-                    QThread::msleep(kHover);
-                    return pasteFile(file);
-                }
-            EditFocusedText(action);
-        });
+        if (action == MenuAction::Paste && ClipboardHoldsFile())
+            pasteFile(*QApplication::clipboard()->mimeData());
+        else
+            gate.Run([action] { EditFocusedText(action); });
     });
 }
 

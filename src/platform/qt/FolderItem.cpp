@@ -2,7 +2,6 @@
 
 #include "platform/Texts.h"
 #include "platform/qt/Paths.h"
-#include "platform/qt/QtText.h"
 
 #include <QDir>
 #include <QStandardPaths>
@@ -11,7 +10,10 @@ namespace platform {
 
 FolderItem FolderItemAt(const std::filesystem::path& path)
 {
-    return {.NativePath = path, .Name = ToUtf32(FromUtf8(NameOf(path))), .State = files::StateOf(path)};
+    return {.NativePath = path,
+            .Name = QString::fromStdString(NameOf(path)).toStdU32String(),
+            .State = files::StateOf(path),
+            .Bytes = {}};
 }
 
 std::string ReadBytes(const FolderItem& item)

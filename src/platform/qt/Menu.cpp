@@ -1,7 +1,6 @@
 #include "platform/qt/MenuImpl.h"
 
 #include "platform/qt/EditMenu.h"
-#include "platform/qt/QtText.h"
 
 #include <QApplication>
 #include <QKeySequence>
@@ -15,7 +14,7 @@ namespace {
 QAction* MakeItem(const MenuRow& row, EventGate& gate, const PasteFile& pasteFile, QMenu& menu)
 {
     if (row.text == "-") return menu.addSeparator();
-    auto* const item = menu.addAction(FromUtf8(row.text));
+    auto* const item = menu.addAction(QString::fromUtf8(row.text));
     if (row.shortcut != 0) item->setShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(row.shortcut)));
     item->setCheckable(row.action == MenuAction::CheckHandler);
     item->setMenuRole(QAction::NoRole); // a role guessed from the text would move the item elsewhere on a Mac
@@ -23,7 +22,10 @@ QAction* MakeItem(const MenuRow& row, EventGate& gate, const PasteFile& pasteFil
     case MenuAction::Handler:
     case MenuAction::CheckHandler: break; // MenuItem connects these
     case MenuAction::Quit: QObject::connect(item, &QAction::triggered, &QApplication::closeAllWindows); break;
-    case MenuAction::Paste: item->setShortcuts(QKeySequence::Paste); [[fallthrough]]; // all that the desktop has
+    case MenuAction::Paste:
+        item->setShortcuts(QKeySequence::Paste); // all that the desktop has
+        item->setAutoRepeat(false);
+        [[fallthrough]];
     default: ConnectEditItem(*item, row.action, gate, pasteFile, menu);
     }
     return item;
@@ -37,10 +39,10 @@ MenuBar::MenuBar(EventGate& gate, std::span<const MenuRow> rows)
     QMenu* menu = nullptr;
     for (const auto& row : rows) {
         if (row.level == 0) {
-            menu = impl_->widget->addMenu(FromUtf8(row.text));
+            menu = impl_->widget->addMenu(QString::fromUtf8(row.text));
         } else {
             assert(menu != nullptr);
-            MakeItem(row, gate, impl_->pasteFile, *menu)->setObjectName(FromUtf8(row.name));
+            MakeItem(row, gate, impl_->pasteFile, *menu)->setObjectName(QString::fromUtf8(row.name));
         }
     }
 }
@@ -58,7 +60,7 @@ struct MenuItem::Impl {
 
 MenuItem::MenuItem(MenuBar& bar, std::string_view name)
 {
-    auto* const action = bar.impl_->widget->findChild<QAction*>(FromUtf8(name));
+    auto* const action = bar.impl_->widget->findChild<QAction*>(QString::fromUtf8(name));
     assert(action != nullptr);
     impl_ = std::make_unique<Impl>(Impl{.gate = bar.impl_->gate, .action = *action});
 }

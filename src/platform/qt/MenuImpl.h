@@ -11,7 +11,7 @@ namespace platform {
 struct MenuBar::Impl {
     EventGate& gate;
     QPointer<QMenuBar> widget; // taken over by the window that shows it
-    PasteFile pasteFile = {};  // the window's; within a turn
+    PasteFile pasteFile = {};  // the window's
 };
 
 } // namespace platform

@@ -1,13 +1,12 @@
 #include "platform/Texts.h"
 
 #include "platform/qt/Paths.h"
-#include "platform/qt/QtText.h"
 
 namespace platform {
 
 std::string Utf8(std::u32string_view text)
 {
-    return FromUtf32(text).toStdString();
+    return QString::fromStdU32String(std::u32string(text)).toStdString();
 }
 
 std::string NameOf(const std::filesystem::path& path)

@@ -2,12 +2,10 @@
 
 #include "platform/qt/DraggedFile.h"
 #include "platform/qt/MenuImpl.h"
-#include "platform/qt/QtText.h"
 
 #include <QCloseEvent>
 #include <QDropEvent>
 #include <QLayout>
-#include <QMetaObject>
 #include <QMimeData>
 #include <QWindow>
 
@@ -26,6 +24,14 @@ Qt::DropAction ActionFor(Qt::DropActions possible)
 
 } // namespace
 
+Window::Impl::Impl(Window& window, EventGate& eventGate) : gate(eventGate), window_(window)
+{
+    connect(&file_, &QFutureWatcherBase::finished, this, [this] {
+        const auto turn = std::move(waiting_);
+        if (turn) turn.Run([this] { window_.Event_DropObject(file_.result()); });
+    });
+}
+
 void Window::Impl::dragEnterEvent(QDragEnterEvent* event)
 {
     Answer(*event, [&] { return BeginDrag(*event); });
@@ -39,28 +45,54 @@ void Window::Impl::dragMoveEvent(QDragMoveEvent* event)
 
 void Window::Impl::dragLeaveEvent(QDragLeaveEvent* /*event*/)
 {
-    EndDrag();
+    gate.Run([this] { EndDrag(); });
 }
 
-// The drop has its turn from its answer on, and works when its event is over: the program that the file comes from waits
-// for that.
+// The drop has its turn from its answer on, and works when its event is over and the file has been read: the program that
+// the file comes from waits for neither.
 void Window::Impl::dropEvent(QDropEvent* event)
 {
     auto turn = gate.TakeTurn();
     const auto action = ActionFor(event->possibleActions());
     bool wanted = false;
-    if (turn && action != Qt::IgnoreAction) turn.Run([&] { wanted = IsOf(*event) || DragOver(*event); });
+    if (turn && action != Qt::IgnoreAction) turn.Run([&] { wanted = DragOver(*event); });
     event->setDropAction(action);
     event->setAccepted(wanted);
     if (!event->isAccepted()) return;
-    dragInside_ = false;
-    auto work = [this, turn = std::move(turn)] { turn.Run([this] { window_.Event_DropObject(item_); }); };
-    QMetaObject::invokeMethod(this, std::move(work), Qt::QueuedConnection);
+    DropWhenRead(std::move(turn), std::exchange(drag_, std::nullopt)->noted);
 }
 
+void Window::Impl::Paste(const QMimeData& copied)
+{
+    // Like a quick drag: a file that is being written changes meanwhile.
+    constexpr std::chrono::milliseconds kHover{300};
+    auto turn = gate.TakeTurn();
+    std::shared_future<DragItem> noted;
+    if (turn)
+        turn.Run([&] {
+            window_.Event_DragEnter();
+            window_.Event_DragOver();
+            noted = Note(DraggedPath(&copied));
+        });
+    if (noted.valid()) DropWhenRead(std::move(turn), std::move(noted), kHover);
+}
+
+void Window::Impl::DropWhenRead(EventGate::Turn turn, std::shared_future<DragItem> noted,
+                                std::chrono::milliseconds hover)
+{
+    bool reads = false;
+    turn.Run([&] {
+        file_.setFuture(Read(std::move(noted), hover));
+        reads = true;
+    });
+    if (reads) waiting_ = std::move(turn);
+}
+
+// A file that doesn't answer keeps nobody from closing the window. Nothing is done with it any more.
 void Window::Impl::closeEvent(QCloseEvent* event)
 {
-    event->setAccepted(static_cast<bool>(gate.TakeTurn()));
+    const auto turn = waiting_ ? std::move(waiting_) : gate.TakeTurn();
+    event->setAccepted(static_cast<bool>(turn));
 }
 
 void Window::Impl::showEvent(QShowEvent* /*event*/)
@@ -71,25 +103,33 @@ void Window::Impl::showEvent(QShowEvent* /*event*/)
 // If the program that the file comes from has died, nobody says that the drag is over, but the pointer is back.
 bool Window::Impl::eventFilter(QObject* /*object*/, QEvent* event)
 {
-    const bool moved = event->type() == QEvent::MouseMove;
-    if (moved && static_cast<QMouseEvent*>(event)->buttons() == Qt::NoButton) EndDrag(); // NOLINT: the type tells
+    const bool isBack = event->type() == QEvent::Enter || event->type() == QEvent::MouseMove;
+    if (isBack && drag_ && !drag_->pointerIsBack)
+        gate.Run([this] {
+            drag_->pointerIsBack = true;
+            window_.Event_DragExit();
+        });
     return false;
 }
 
-/// Whether the drag that is over the window is the one of `event`. A source that has ended at the drop gives nothing any
-/// more.
+/// Whether the drag of `event` is the one that came over the window. Some programs give the pointer back before they drop.
+/// One that has ended at the drop gives no address any more.
 bool Window::Impl::IsOf(const QDropEvent& event) const
 {
+    const bool isDrop = event.type() == QEvent::Drop;
+    if (!drag_ || (drag_->pointerIsBack && !isDrop)) return false;
     const auto urls = event.mimeData()->urls();
-    return dragInside_ && (urls == urls_ || (urls.isEmpty() && event.mimeData()->hasUrls()));
+    const bool hasEnded = isDrop && !drag_->pointerIsBack && urls.isEmpty() && event.mimeData()->hasUrls();
+    return hasEnded || urls == drag_->urls;
 }
 
 bool Window::Impl::BeginDrag(const QDropEvent& event)
 {
-    urls_ = event.mimeData()->urls();
-    item_ = DraggedFile(event.mimeData());
-    dragInside_ = !urls_.isEmpty();
-    return dragInside_ && !window_.Event_DragEnter();
+    EndDrag();
+    const auto urls = event.mimeData()->urls();
+    if (urls.isEmpty()) return false;
+    drag_ = Drag{.urls = urls, .noted = Note(DraggedPath(event.mimeData()))};
+    return !window_.Event_DragEnter();
 }
 
 bool Window::Impl::DragOver(const QDropEvent& event)
@@ -109,11 +149,8 @@ void Window::Impl::Answer(QDropEvent& event, const std::function<bool()>& takes)
 
 void Window::Impl::EndDrag()
 {
-    if (!dragInside_) return;
-    gate.Run([this] {
-        dragInside_ = false;
-        window_.Event_DragExit();
-    });
+    const auto ended = std::exchange(drag_, std::nullopt);
+    if (ended && !ended->pointerIsBack) window_.Event_DragExit();
 }
 
 Window::Window(EventGate& gate, MenuBar& menuBar, const WindowRow& row) : impl_(std::make_unique<Impl>(*this, gate))
@@ -124,11 +161,7 @@ Window::Window(EventGate& gate, MenuBar& menuBar, const WindowRow& row) : impl_(
     impl_->setCentralWidget(client);
     impl_->setMenuBar(menuBar.impl_->widget);
     impl_->layout()->setSizeConstraint(QLayout::SetFixedSize);
-    menuBar.impl_->pasteFile = [this](const DragItem& item) {
-        Event_DragEnter();
-        Event_DragOver();
-        Event_DropObject(item);
-    };
+    menuBar.impl_->pasteFile = [this](const QMimeData& copied) { impl_->Paste(copied); };
     SetTitle(row.title);
 }
 
@@ -148,7 +181,7 @@ void Window::SetTitle(std::string_view utf8)
 {
     impl_->title = utf8;
     const QString blank(" "); // for an empty title the toolkit would show the program's name
-    const auto shown = FromUtf8(utf8).replace("[*]", "[*][*]"); // alone it is the toolkit's own mark
+    const auto shown = QString::fromUtf8(utf8).replace("[*]", "[*][*]"); // alone it is the toolkit's own mark
     impl_->setWindowTitle(shown.isEmpty() ? blank : shown);
 }
 

@@ -4,7 +4,7 @@
 
 namespace platform {
 
-void IgnoreRepeatedReturns(QCoreApplication& application)
+void IgnoreRepeatedKeys(QCoreApplication& application)
 {
     class Filter : public QObject {
         bool eventFilter(QObject* /*object*/, QEvent* event) override
@@ -13,11 +13,14 @@ void IgnoreRepeatedReturns(QCoreApplication& application)
             if (type != QEvent::KeyPress && type != QEvent::KeyRelease && type != QEvent::ShortcutOverride)
                 return false;
             const auto& key = *static_cast<QKeyEvent*>(event); // NOLINT: the type tells
-            if (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) return false;
+            if (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter && !key.matches(QKeySequence::Paste))
+                return false;
             // Under X11 the toolkit misses many. They come in the same millisecond as the release before them.
             if (type == QEvent::KeyRelease) released_ = key.timestamp();
-            return type != QEvent::KeyRelease &&
-                   (key.isAutoRepeat() || (key.timestamp() != 0 && key.timestamp() == released_));
+            const bool isRepeated = key.isAutoRepeat() || (key.timestamp() != 0 && key.timestamp() == released_);
+            if (type == QEvent::KeyRelease || !isRepeated) return false;
+            event->accept(); // no shortcut takes it either
+            return true;
         }
 
         quint64 released_ = 0;

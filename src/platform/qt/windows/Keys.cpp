@@ -7,7 +7,7 @@
 namespace platform {
 
 // By the system's word: the toolkit takes a new Return for a repetition where a box was closed before the key was let go.
-void IgnoreRepeatedReturns(QCoreApplication& application)
+void IgnoreRepeatedKeys(QCoreApplication& application)
 {
     class Filter : public QAbstractNativeEventFilter {
         bool nativeEventFilter(const QByteArray& /*type*/, void* message, qintptr* /*result*/) override
