@@ -165,9 +165,9 @@ TEST_F(Files, WhateverFailsLeavesTheOldFileAndNothingElse)
                                                        std::tuple(0777, 0444, "This file is write-protected.")}) {
         fs::permissions(folder, fs::perms(folderMode));
         fs::permissions(target, fs::perms(fileMode));
-        AsOrdinaryUser([&, why = std::string("SOUND: ") + reason] {
+        AsOrdinaryUser([&, why = std::string("SOUND: ") + reason, isClosed = folderMode == 0555] {
             EXPECT_EQ(Refusal(target), why);
-            EXPECT_EQ(Refusal(folder / "new"), folderMode == 0555 ? "new: Permission denied" : "");
+            EXPECT_EQ(Refusal(folder / "new"), isClosed ? "new: Permission denied" : "");
         });
     }
     EXPECT_EQ(Read(target), "old");

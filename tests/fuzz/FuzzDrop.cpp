@@ -59,7 +59,7 @@ void RequireSound(const std::filesystem::path& saved, const std::string& file, s
 
 extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** argv)
 {
-    setenv("QT_QPA_PLATFORM", "offscreen", 1); // NOLINT(concurrency-mt-unsafe)
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
     static platform::Application application((*argv)[0]);
     return 0;
 }

@@ -12,6 +12,6 @@ int main(int argc, char* argv[])
     if (argc < 2) return EXIT_FAILURE; // a corpus that isn't there
     for (int i = 1; i < argc; ++i) {
         const auto input = Read(argv[i]);
-        LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size()); // NOLINT: as bytes
+        LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
     }
 }

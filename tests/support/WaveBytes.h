@@ -36,7 +36,7 @@ public:
     WaveBytes& length(std::size_t v) { return bytes_.resize(v), *this; }
     WaveBytes& samples(std::string_view v) { return bytes_.replace(kHeader, std::string::npos, v), *this; }
 
-    operator std::string() const { return bytes_; } // NOLINT(google-explicit-constructor): reads like a file in tables
+    operator std::string() const { return bytes_; } // reads like a file in tables
 
 private:
     static constexpr std::size_t kHeader = 44; // bytes

@@ -71,8 +71,8 @@ private:
     // Paste is left to the menu, which looks for a file on the clipboard first.
     bool event(QEvent* event) override
     {
-        const bool paste = event->type() == QEvent::ShortcutOverride &&
-                           static_cast<QKeyEvent*>(event)->matches(QKeySequence::Paste); // NOLINT: the type tells
+        const bool paste =
+            event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent*>(event)->matches(QKeySequence::Paste);
         return !paste && QLineEdit::event(event);
     }
 

@@ -12,7 +12,7 @@ void IgnoreRepeatedKeys(QCoreApplication& application)
             const auto type = event->type();
             if (type != QEvent::KeyPress && type != QEvent::KeyRelease && type != QEvent::ShortcutOverride)
                 return false;
-            const auto& key = *static_cast<QKeyEvent*>(event); // NOLINT: the type tells
+            const auto& key = *static_cast<QKeyEvent*>(event);
             if (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter && !key.matches(QKeySequence::Paste))
                 return false;
             // Under X11 the toolkit misses many. They come in the same millisecond as the release before them.
