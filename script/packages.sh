@@ -1,7 +1,7 @@
 # The Debian packages that the project needs, and how they get onto the machine. Sourced.
 # shellcheck shell=bash disable=SC2034
 
-packages_build=(g++ cmake ninja-build qt6-base-dev librsvg2-bin fonts-dejavu-core)
+packages_build=(g++ cmake ninja-build qt6-base-dev librsvg2-bin libkissfft-dev fonts-dejavu-core)
 packages_tests=(libgtest-dev libgmock-dev libz80ex-dev pasmo)
 packages_bench=(libbenchmark-dev libxcb1-dev xauth)
 packages_desktop=(xvfb openbox xdotool wmctrl scrot x11-utils)

@@ -1,0 +1,25 @@
+// RecordingBytes.h: the recording that the encoder turns into a given list of run bytes.
+//     bytes 1 to 44    header: PCM, mono, 8 bit, the rate
+//     then             for each period of n samples: low, high, and one sample low, which ends it
+//     last two         low; the encoder never looks at them
+// The lists that a recording can lead to, without the end mark:
+//     2 to 253         anywhere
+//     254              anywhere, but a list doesn't end with a single one
+//     1                only behind 254
+//     0                only behind 254, but not behind exactly two of them
+#pragma once
+
+#include "machine/SampleRates.h"
+
+#include <string>
+#include <string_view>
+
+namespace prepare {
+
+/// The samples that a recording of `runBytes` has, with the two that nobody looks at.
+[[nodiscard]] std::size_t RecordingSamples(std::string_view runBytes);
+
+/// The whole Wave file. Requires: a recording can lead to `runBytes`.
+[[nodiscard]] std::string RecordingBytes(std::string_view runBytes, const machine::SampleRate& rate);
+
+} // namespace prepare
