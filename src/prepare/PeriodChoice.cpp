@@ -1,0 +1,202 @@
+#include "prepare/PeriodChoice.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace prepare {
+namespace {
+
+constexpr std::int64_t kGoesOn = 254;
+constexpr std::int64_t kLeast = 2;
+constexpr double kLongestPeriod = 0.010; // seconds; no band of a target lies lower
+constexpr double kDeepSilence = 0.030;   // seconds from what is to be heard
+constexpr float kSilenceCost = 0.1F;     // of a millisecond of it that is spent in periods
+
+/// What stands in `from_`: the byte that leads to a place, and by how many cycles its end lies behind the place's start.
+constexpr std::int32_t kByteBits = 8;
+constexpr std::int32_t kByteMask = (1 << kByteBits) - 1;
+
+constexpr float kNever = -1e30F;
+
+/// The sum of the first i samples, in ms times level, and at every second place what their silence costs.
+struct Integrals {
+    std::vector<double> wave{0};
+    std::vector<double> silence{0};
+};
+
+Integrals IntegralsOf(std::span<const float> target)
+{
+    constexpr double kSampleMs = 1000.0 / kSoundRate;
+    constexpr auto kDeep = static_cast<std::ptrdiff_t>(kDeepSilence * kSoundRate);
+    Integrals sums;
+    sums.wave.reserve(target.size() + 1);
+    sums.silence.resize(target.size() + 1);
+    for (const auto level : target)
+        sums.wave.push_back(sums.wave.back() + kSampleMs * static_cast<double>(level));
+    const auto heard = [](float level) { return level != 0; };
+    for (auto quiet = target.begin(); quiet != target.end();) {
+        const auto sound = std::find_if(quiet, target.end(), heard);
+        for (auto sample = quiet + std::min(kDeep, sound - quiet); sample < sound - kDeep; ++sample)
+            sums.silence[static_cast<std::size_t>(sample - target.begin()) + 1] = kSampleMs * kSilenceCost;
+        quiet = std::find(sound, target.end(), 0.0F);
+    }
+    for (std::size_t i = 1; i < sums.silence.size(); ++i)
+        sums.silence[i] += sums.silence[i - 1];
+    return sums;
+}
+
+double At(const std::vector<double>& sums, double sample)
+{
+    const auto i = static_cast<std::size_t>(sample);
+    if (i + 1 >= sums.size()) return sums.back();
+    return sums[i] + (sample - static_cast<double>(i)) * (sums[i + 1] - sums[i]);
+}
+
+} // namespace
+
+PeriodChoice::PeriodChoice(std::span<const float> target, const Playback& playback)
+    : playback_(playback),
+      step_(playback.rate.stepCycles + playback.rate.stepFetches * playback.machine.waits),
+      steps_(target.size() * static_cast<std::size_t>(playback.machine.clock) / kSoundRate /
+             static_cast<std::size_t>(2 * step_)),
+      longest_(std::clamp<std::int64_t>(std::llround(kLongestPeriod * static_cast<double>(playback.machine.clock)) /
+                                            (2 * step_),
+                                        kLeast, kGoesOn - 1)),
+      mids_(kPlaces * 2 * Columns()),
+      ends_(2 * kPlaces * Columns()),
+      silence_(Columns()),
+      score_(kStarts * Columns()),
+      from_(score_.size())
+{
+    const auto sums = IntegralsOf(target);
+    const auto samplesPerCycle = kSoundRate / static_cast<double>(playback.machine.clock);
+    const auto samplesPerPlace = samplesPerCycle * static_cast<double>(step_) / kPlaces;
+    for (std::size_t place = 0; place < 2 * kPlaces; ++place)
+        for (std::size_t i = 0; i < Columns(); ++i) {
+            const auto sample = samplesPerPlace * static_cast<double>(2 * kPlaces * i + place);
+            const auto wave = At(sums.wave, sample);
+            const auto silence = At(sums.silence, sample);
+            if (place == 0) silence_[i] = static_cast<float>(silence);
+            ends_[place * Columns() + i] = static_cast<float>(wave + silence);
+            mids_[(place % kPlaces) * 2 * Columns() + 2 * i + place / kPlaces] = static_cast<float>(2 * wave);
+        }
+}
+
+/// When a period begins that follows what `from` tells.
+std::int64_t PeriodChoice::TimeOf(std::size_t column, std::int32_t from) const
+{
+    return static_cast<std::int64_t>(column) * 2 * step_ + (from >> kByteBits);
+}
+
+std::size_t PeriodChoice::StateOf(std::int64_t time) const
+{
+    return IndexOf(time, 2 * step_, kStarts, Columns());
+}
+
+/// The place of `time` in a table whose rows lie `unit` cycles divided by `rows` apart, and its columns `unit` cycles.
+std::size_t PeriodChoice::IndexOf(std::int64_t time, std::int64_t unit, std::size_t rows, std::size_t columns)
+{
+    const auto row = static_cast<std::size_t>(time % unit) * rows / static_cast<std::size_t>(unit);
+    return row * columns + static_cast<std::size_t>(time / unit);
+}
+
+/// Takes a place that is reached by `byte` with that score, if it is the best way there so far.
+void PeriodChoice::Reach(std::int64_t time, std::int64_t byte, float score)
+{
+    const auto state = StateOf(time);
+    if (score <= score_[state]) return;
+    score_[state] = score;
+    from_[state] = static_cast<std::int32_t>((time % (2 * step_)) << kByteBits | byte);
+}
+
+/// All periods of 2 to `longest_` that begin at `time`. What a period that is a step longer looks up and where it leads
+/// lies one farther in each table, so that the compiler makes it a loop over vectors.
+void PeriodChoice::Spread(std::int64_t time, float base)
+{
+    const auto shortest = machine::HalvesOf(kLeast, playback_.rate, playback_.machine.waits);
+    const auto end = time + shortest.first + shortest.second;
+    const auto state = StateOf(end);
+    const float* const mids = &mids_[IndexOf(time + shortest.first, step_, kPlaces, 2 * Columns())];
+    const float* const ends = &ends_[IndexOf(end, 2 * step_, 2 * kPlaces, Columns())];
+    float* const score = &score_[state];
+    std::int32_t* const from = &from_[state];
+    const auto first = static_cast<std::int32_t>((end % (2 * step_)) << kByteBits | kLeast);
+    const auto count = static_cast<std::int32_t>(longest_ - kLeast + 1);
+    for (std::int32_t i = 0; i < count; ++i) {
+        const auto sum = base + mids[i] - ends[i];
+        const auto better = sum > score[i];
+        score[i] = better ? sum : score[i];
+        from[i] = better ? first + i : from[i];
+    }
+}
+
+std::string PeriodChoice::AtPrice(float price)
+{
+    const auto silent = machine::HalvesOf(kGoesOn, playback_.rate, playback_.machine.waits);
+    std::ranges::fill(score_, kNever);
+    score_[0] = 0;
+    from_[0] = 0;
+    for (std::size_t step = 0; step < steps_; ++step)
+        for (std::size_t part = 0; part < kStarts; ++part) {
+            const auto state = part * Columns() + step;
+            if (score_[state] == kNever) continue;
+            const auto time = TimeOf(step, from_[state]);
+            const auto base = score_[state] - price;
+            const auto end = ends_[IndexOf(time, 2 * step_, 2 * kPlaces, Columns())]; // of the period before
+            Spread(time, base - (end - 2 * silence_[step]));
+            Reach(time + silent.first + silent.second, kGoesOn, base);
+        }
+    return WayBack();
+}
+
+/// The bytes that lead to the best place near the end.
+std::string PeriodChoice::WayBack() const
+{
+    std::int64_t time = 0;
+    float best = kNever;
+    for (std::size_t step = steps_ - std::min(steps_, static_cast<std::size_t>(longest_)); step < Columns(); ++step)
+        for (std::size_t part = 0; part < kStarts; ++part) {
+            const auto state = part * Columns() + step;
+            if (score_[state] <= best) continue;
+            best = score_[state];
+            time = TimeOf(step, from_[state]);
+        }
+    std::string bytes;
+    while (time > 0) {
+        const auto byte = from_[StateOf(time)] & kByteMask;
+        const auto halves = machine::HalvesOf(byte, playback_.rate, playback_.machine.waits);
+        bytes += static_cast<char>(byte);
+        time -= halves.first + halves.second;
+    }
+    std::ranges::reverse(bytes);
+    bytes.resize(bytes.find_last_not_of(static_cast<char>(kGoesOn)) + 1); // silence at the end, which nobody misses
+    return bytes;
+}
+
+std::string FitPeriods(std::span<const float> target, const Playback& playback, Prices prices, std::size_t mostBytes,
+                       const Progress& progress)
+{
+    constexpr int kTries = 8;
+    constexpr double kFull = 0.98; // of the bytes asked for, which is as good as all
+    PeriodChoice choice(target, playback);
+    auto best = choice.AtPrice(prices.least);
+    progress(1.0 / kTries);
+    if (best.size() <= mostBytes) return best;
+    best = choice.AtPrice(prices.most);
+    for (int tries = 2; tries < kTries; ++tries) {
+        progress(static_cast<double>(tries) / kTries);
+        if (best.size() > mostBytes || static_cast<double>(best.size()) >= kFull * static_cast<double>(mostBytes))
+            break;
+        const auto price = std::sqrt(prices.least * prices.most);
+        auto list = choice.AtPrice(price);
+        if (list.size() > mostBytes) {
+            prices.least = price;
+            continue;
+        }
+        prices.most = price;
+        best = std::move(list);
+    }
+    return best;
+}
+
+} // namespace prepare

@@ -19,7 +19,7 @@ namespace prepare {
 /// shortest that is still worth hearing.
 [[nodiscard]] std::string SpeechPeriods(std::span<const float> sound, const Playback& playback,
                                         std::size_t mostRunBytes, const Progress& progress);
-[[nodiscard]] std::string SoundPeriods(std::span<const float> sound, const Playback& playback,
-                                       std::size_t mostRunBytes, const Progress& progress);
+[[nodiscard]] std::string SoundPeriods(std::span<const float> sound, const Playback& playback, std::size_t mostRunBytes,
+                                       const Progress& progress);
 
 } // namespace prepare

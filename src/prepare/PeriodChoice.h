@@ -1,0 +1,63 @@
+// PeriodChoice.h: the run bytes whose square wave, as the machine plays it, is most like a target.
+//     target   at kSoundRate. Its level says how much each moment counts; where it is 0 for long nothing is to be heard
+//     score    of a period: the target's integral over the high half less that over the low one, in ms, less the price
+//              of a byte. So a level of 1 that is met throughout earns 1 a millisecond.
+//     254      keeps the port high and so is silence: it scores 0, less its price
+// The list is the one with the greatest sum of scores: of all lists that end at about the same time on the machine's
+// clock the best is found, not estimated. It holds bytes from 2 to 254 and doesn't end with 254, so that there is a
+// recording for it.
+#pragma once
+
+#include "prepare/Sound.h"
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace prepare {
+
+/// Chooses for one target, at as many prices as are asked for.
+class PeriodChoice {
+public:
+    PeriodChoice(std::span<const float> target, const Playback& playback);
+
+    /// The best list at `price` for each byte, without the end mark.
+    [[nodiscard]] std::string AtPrice(float price);
+
+private:
+    static constexpr std::size_t kPlaces = 4; // of the target's integral within a delay step
+    static constexpr std::size_t kStarts = 2; // of a period, that are told apart within two delay steps
+
+    /// Of a table: two delay steps each, up to the end, and as far behind it as a byte can lead.
+    [[nodiscard]] std::size_t Columns() const { return steps_ + 258; }
+    [[nodiscard]] static std::size_t IndexOf(std::int64_t time, std::int64_t unit, std::size_t rows,
+                                             std::size_t columns);
+    [[nodiscard]] std::size_t StateOf(std::int64_t time) const;
+    [[nodiscard]] std::int64_t TimeOf(std::size_t column, std::int32_t from) const;
+    void Spread(std::int64_t time, float base);
+    void Reach(std::int64_t time, std::int64_t byte, float score);
+    [[nodiscard]] std::string WayBack() const;
+
+    Playback playback_;
+    std::int64_t step_;          // cycles of a delay step
+    std::size_t steps_;          // of two delay steps each, up to the target's end
+    std::int64_t longest_;       // byte that is tried
+    std::vector<float> mids_;    // twice the integral at every delay step, a row for each place within it
+    std::vector<float> ends_;    // the integral and the cost of silence at every second step, a row for each place
+    std::vector<float> silence_; // what the silence up to every second step costs
+    // Of the best way to each start of a period; a row for each start within two delay steps.
+    std::vector<float> score_;
+    std::vector<std::int32_t> from_; // its last byte, and how many cycles behind the start it ends
+};
+
+struct Prices {
+    float least; // below it more bytes aren't worth it
+    float most;  // above it nothing is left that is worth hearing
+};
+
+/// The best list at the least price at which it has no more than `mostBytes`; at the most price where none has.
+[[nodiscard]] std::string FitPeriods(std::span<const float> target, const Playback& playback, Prices prices,
+                                     std::size_t mostBytes, const Progress& progress);
+
+} // namespace prepare

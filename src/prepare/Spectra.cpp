@@ -1,0 +1,68 @@
+#include "prepare/Spectra.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numbers>
+
+namespace prepare {
+namespace {
+
+constexpr auto kMargin = (Spectra::kTransform - Spectra::kWindow) / 2; // on either side of the window
+
+std::array<float, Spectra::kWindow> HannWindow()
+{
+    std::array<float, Spectra::kWindow> window{};
+    for (std::size_t i = 0; i < window.size(); ++i)
+        window[i] = static_cast<float>(
+            0.5 - 0.5 * std::cos(2 * std::numbers::pi * (static_cast<double>(i) + 0.5) / Spectra::kWindow));
+    return window;
+}
+
+} // namespace
+
+Spectra::Spectra(std::span<const float> sound) : samples_(sound.size()), bins_((sound.size() / kHop + 2) * kBins)
+{
+    const auto window = HannWindow();
+    const kissfft<float> transform(kTransform / 2, false);
+    std::vector<float> in(kTransform);
+    for (std::size_t frame = 0; frame < Size(); ++frame) {
+        std::ranges::fill(in, 0.0F);
+        const auto start = frame * kHop; // of the window; the sound is taken to begin kHop samples later
+        for (auto i = start < kHop ? kHop - start : 0; i < kWindow && start + i - kHop < samples_; ++i)
+            in[kMargin + i] = window[i] * sound[start + i - kHop];
+        auto* const out = &bins_[frame * kBins];
+        transform.transform_real(in.data(), out);
+        out[kBins - 1] = out[0].imag(); // where the library packs it
+        out[0] = out[0].real();
+    }
+}
+
+std::pair<std::vector<float>, std::vector<float>> Spectra::Sounds(const Gains& first, const Gains& second) const
+{
+    constexpr auto kShift = kMargin + kHop; // from a frame's first sample to where the sound begins
+    const kissfft<float> transform(kTransform, true);
+    std::vector<Bin> in(kTransform);
+    std::vector<Bin> out(kTransform);
+    std::vector<Bin> sum(Size() * kHop + kTransform);
+    for (std::size_t frame = 0; frame < Size(); ++frame) {
+        for (std::size_t k = 0; k < kBins; ++k) { // two real sounds as one complex one
+            const auto bin = (*this)[frame][k] / static_cast<float>(kTransform);
+            const auto one = bin * first[k];
+            const auto other = bin * second[k];
+            in[k] = {one.real() - other.imag(), one.imag() + other.real()};
+            if (k > 0) in[kTransform - k] = {one.real() + other.imag(), other.real() - one.imag()};
+        }
+        transform.transform(in.data(), out.data());
+        for (std::size_t i = 0; i < kTransform; ++i)
+            sum[frame * kHop + i] += out[i];
+    }
+    std::pair<std::vector<float>, std::vector<float>> sounds;
+    for (std::size_t i = 0; i < samples_; ++i) {
+        sounds.first.push_back(sum[i + kShift].real());
+        sounds.second.push_back(sum[i + kShift].imag());
+    }
+    return sounds;
+}
+
+} // namespace prepare

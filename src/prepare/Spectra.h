@@ -1,0 +1,40 @@
+// Spectra.h: a sound as the spectra of windows that overlap, and back.
+#pragma once
+
+#include <kissfft/kissfft.hh>
+
+#include <complex>
+#include <cstddef>
+#include <span>
+#include <utility>
+#include <vector>
+
+namespace prepare {
+
+/// Hann windows of 23 ms, one every 12 ms. They add up to 1, so that gains of 1 give the sound back.
+class Spectra {
+public:
+    static constexpr std::size_t kWindow = 512; // samples
+    static constexpr std::size_t kHop = kWindow / 2;
+    static constexpr std::size_t kTransform = 2 * kWindow; // room for what a gain spreads in time
+    static constexpr std::size_t kBins = kTransform / 2 + 1;
+
+    using Bin = std::complex<float>;
+    using Gains = std::vector<float>; // one for each bin
+
+    explicit Spectra(std::span<const float> sound);
+
+    [[nodiscard]] std::size_t Size() const { return bins_.size() / kBins; }
+    [[nodiscard]] std::span<Bin> operator[](std::size_t frame) { return {&bins_[frame * kBins], kBins}; }
+    [[nodiscard]] std::span<const Bin> operator[](std::size_t frame) const { return {&bins_[frame * kBins], kBins}; }
+
+    /// The sounds behind two sets of gains; nothing is moved in time.
+    [[nodiscard]] std::pair<std::vector<float>, std::vector<float>> Sounds(const Gains& first,
+                                                                           const Gains& second) const;
+
+private:
+    std::size_t samples_;
+    std::vector<Bin> bins_;
+};
+
+} // namespace prepare
