@@ -116,17 +116,17 @@ void PeriodChoice::Spread(std::int64_t time, float base)
     const auto shortest = machine::HalvesOf(kLeast, playback_.rate, playback_.machine.waits);
     const auto end = time + shortest.first + shortest.second;
     const auto state = StateOf(end);
-    const float* const mids = &mids_[IndexOf(time + shortest.first, step_, kPlaces, 2 * Columns())];
-    const float* const ends = &ends_[IndexOf(end, 2 * step_, 2 * kPlaces, Columns())];
-    float* const score = &score_[state];
-    std::int32_t* const from = &from_[state];
+    const float* const __restrict mids = &mids_[IndexOf(time + shortest.first, step_, kPlaces, 2 * Columns())];
+    const float* const __restrict ends = &ends_[IndexOf(end, 2 * step_, 2 * kPlaces, Columns())];
+    float* const __restrict score = &score_[state];
+    std::int32_t* const __restrict from = &from_[state];
     const auto first = static_cast<std::int32_t>((end % (2 * step_)) << kByteBits | kLeast);
     const auto count = static_cast<std::int32_t>(longest_ - kLeast + 1);
     for (std::int32_t i = 0; i < count; ++i) {
         const auto sum = base + mids[i] - ends[i];
-        const auto better = sum > score[i];
-        score[i] = better ? sum : score[i];
-        from[i] = better ? first + i : from[i];
+        const std::int32_t better = sum > score[i] ? -1 : 0; // a mask and no branch, for the vectors' sake
+        score[i] = std::max(score[i], sum);
+        from[i] = (first + i & better) | (from[i] & ~better);
     }
 }
 
