@@ -126,7 +126,7 @@ void PeriodChoice::Spread(std::int64_t time, float base)
         const auto sum = base + mids[i] - ends[i];
         const std::int32_t better = sum > score[i] ? -1 : 0; // a mask and no branch, for the vectors' sake
         score[i] = std::max(score[i], sum);
-        from[i] = (first + i & better) | (from[i] & ~better);
+        from[i] = ((first + i) & better) | (from[i] & ~better);
     }
 }
 
@@ -173,30 +173,27 @@ std::string PeriodChoice::WayBack() const
     return bytes;
 }
 
-std::string FitPeriods(std::span<const float> target, const Playback& playback, Prices prices, std::size_t mostBytes,
-                       const Progress& progress)
+FittedPeriods FitPeriods(std::span<const float> target, const Playback& playback, Prices prices, std::size_t mostBytes)
 {
-    constexpr int kTries = 8;
-    constexpr double kFull = 0.98; // of the bytes asked for, which is as good as all
+    constexpr int kTries = 5;
+    constexpr double kFull = 0.985; // of the bytes asked for is as good as all
     PeriodChoice choice(target, playback);
-    auto best = choice.AtPrice(prices.least);
-    progress(1.0 / kTries);
-    if (best.size() <= mostBytes) return best;
-    best = choice.AtPrice(prices.most);
-    for (int tries = 2; tries < kTries; ++tries) {
-        progress(static_cast<double>(tries) / kTries);
-        if (best.size() > mostBytes || static_cast<double>(best.size()) >= kFull * static_cast<double>(mostBytes))
-            break;
-        const auto price = std::sqrt(prices.least * prices.most);
-        auto list = choice.AtPrice(price);
-        if (list.size() > mostBytes) {
-            prices.least = price;
-            continue;
-        }
-        prices.most = price;
-        best = std::move(list);
+    FittedPeriods tooLong{.runBytes = choice.AtPrice(prices.least), .price = prices.least};
+    if (tooLong.runBytes.size() <= mostBytes) return tooLong;
+    FittedPeriods fit{.runBytes = choice.AtPrice(prices.most), .price = prices.most};
+    if (fit.runBytes.size() > mostBytes) return fit;
+    const auto wanted = (1 + kFull) / 2 * static_cast<double>(mostBytes);
+    for (int tries = 0;
+         tries < kTries && static_cast<double>(fit.runBytes.size()) < kFull * static_cast<double>(mostBytes);
+         ++tries) { // the size goes about with the price's logarithm
+        const auto most = static_cast<double>(tooLong.runBytes.size());
+        const auto least = static_cast<double>(fit.runBytes.size());
+        const auto share = static_cast<float>(std::clamp((most - wanted) / (most - least), 0.02, 0.98));
+        const auto price = tooLong.price * std::pow(fit.price / tooLong.price, share);
+        FittedPeriods tried{.runBytes = choice.AtPrice(price), .price = price};
+        (tried.runBytes.size() > mostBytes ? tooLong : fit) = std::move(tried);
     }
-    return best;
+    return fit;
 }
 
 } // namespace prepare

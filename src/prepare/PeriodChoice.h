@@ -56,8 +56,13 @@ struct Prices {
     float most;  // above it nothing is left that is worth hearing
 };
 
-/// The best list at the least price at which it has no more than `mostBytes`; at the most price where none has.
-[[nodiscard]] std::string FitPeriods(std::span<const float> target, const Playback& playback, Prices prices,
-                                     std::size_t mostBytes, const Progress& progress);
+struct FittedPeriods {
+    std::string runBytes;
+    float price;
+};
+
+/// The best list at about the least price at which it has no more than `mostBytes`; at the most price where none has.
+[[nodiscard]] FittedPeriods FitPeriods(std::span<const float> target, const Playback& playback, Prices prices,
+                                       std::size_t mostBytes);
 
 } // namespace prepare

@@ -1,5 +1,7 @@
 #include "prepare/Spectra.h"
 
+#include "prepare/Sound.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -19,7 +21,17 @@ std::array<float, Spectra::kWindow> HannWindow()
     return window;
 }
 
+double MelOf(double hertz)
+{
+    return std::log(1 + hertz / 700);
+}
+
 } // namespace
+
+double Spectra::HertzOf(std::size_t bin)
+{
+    return static_cast<double>(bin) * kSoundRate / kTransform;
+}
 
 Spectra::Spectra(std::span<const float> sound) : samples_(sound.size()), bins_((sound.size() / kHop + 2) * kBins)
 {
@@ -63,6 +75,27 @@ std::pair<std::vector<float>, std::vector<float>> Spectra::Sounds(const Gains& f
         sounds.second.push_back(sum[i + kShift].imag());
     }
     return sounds;
+}
+
+MelBands::MelBands(std::size_t bandCount, double lowest, double highest)
+    : count(bandCount),
+      ofBin(Spectra::kBins, bandCount)
+{
+    for (std::size_t k = 0; k < Spectra::kBins; ++k) {
+        const auto hertz = Spectra::HertzOf(k);
+        if (hertz < lowest || hertz >= highest) continue;
+        const auto place = (MelOf(hertz) - MelOf(lowest)) / (MelOf(highest) - MelOf(lowest));
+        ofBin[k] = static_cast<std::size_t>(place * static_cast<double>(count));
+    }
+}
+
+std::vector<float> MelBands::PowersOf(std::span<const Spectra::Bin> frame) const
+{
+    std::vector<float> powers(count + 1); // and one for what belongs to none
+    for (std::size_t k = 0; k < frame.size(); ++k)
+        powers[ofBin[k]] += std::norm(frame[k]);
+    powers.pop_back();
+    return powers;
 }
 
 } // namespace prepare

@@ -22,6 +22,8 @@ public:
     using Bin = std::complex<float>;
     using Gains = std::vector<float>; // one for each bin
 
+    [[nodiscard]] static double HertzOf(std::size_t bin);
+
     explicit Spectra(std::span<const float> sound);
 
     [[nodiscard]] std::size_t Size() const { return bins_.size() / kBins; }
@@ -35,6 +37,17 @@ public:
 private:
     std::size_t samples_;
     std::vector<Bin> bins_;
+};
+
+/// The band that each bin belongs to, of bands that are equally wide on the mel scale; `count` where it belongs to none.
+struct MelBands {
+    MelBands(std::size_t bandCount, double lowest, double highest); // Hz
+
+    std::size_t count;
+    std::vector<std::size_t> ofBin;
+
+    /// The power of `frame` in each band.
+    [[nodiscard]] std::vector<float> PowersOf(std::span<const Spectra::Bin> frame) const;
 };
 
 } // namespace prepare

@@ -1,0 +1,92 @@
+#include "prepare/Likeness.h"
+
+#include "prepare/PeriodChoice.h"
+#include "prepare/Spectra.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace prepare {
+namespace {
+
+/// The port at kSoundRate: the mean of its level, 1 or -1, within each sample.
+Levels Played(std::string_view runBytes, const Playback& playback, std::size_t samples)
+{
+    const auto performance = machine::PerformanceOf(runBytes, playback.rate, playback.machine.waits);
+    const auto samplesPerCycle = kSoundRate / static_cast<double>(playback.machine.clock);
+    Levels wave(samples);
+    double now = 0; // in samples
+    float level = 0;
+    const auto holdUntil = [&](std::int64_t time) {
+        const auto until = std::min(static_cast<double>(time) * samplesPerCycle, static_cast<double>(samples));
+        while (now < until) {
+            const auto next = std::min(until, std::floor(now) + 1);
+            wave[static_cast<std::size_t>(now)] += level * static_cast<float>(next - now);
+            now = next;
+        }
+    };
+    for (const auto& write : performance.writes) {
+        holdUntil(write.time);
+        level = write.high ? 1 : -1;
+    }
+    holdUntil(performance.end);
+    return wave;
+}
+
+/// How many times as strong in each band as it was asked for until now the target is to be, where `played` was heard.
+void Correct(std::vector<float> wanted, std::vector<float> played, std::span<float> gains)
+{
+    constexpr float kStep = 0.25F; // of the difference, in dB, is taken at a time
+    constexpr float kMost = 2;
+    constexpr float kLeast = 1e-6F; // of a frame's power
+    const auto wantedSum = std::accumulate(wanted.begin(), wanted.end(), 0.0F);
+    const auto playedSum = std::accumulate(played.begin(), played.end(), 0.0F);
+    if (wantedSum <= 0 || playedSum <= 0) return;
+    for (std::size_t band = 0; band < gains.size(); ++band) {
+        const auto lack = (wanted[band] / wantedSum + kLeast) / (played[band] / playedSum + kLeast);
+        gains[band] = std::clamp(gains[band] * std::pow(lack, kStep / 2), 1 / kMost, kMost);
+    }
+}
+
+} // namespace
+
+void LevelMoments(std::span<const float> heard, Levels& target)
+{
+    constexpr double kWindow = 0.020; // seconds: within them the levels stay as they are
+    constexpr double kFaintest = -40; // dB, against the loud moments: fainter ones are raised no more
+    const auto level = Envelope(target, kWindow);
+    const auto faintest = Loud(level) * AmplitudeOf(kFaintest);
+    for (std::size_t i = 0; i < target.size(); ++i)
+        target[i] = heard[i] != 0 ? target[i] / std::max(level[i], faintest) : 0;
+}
+
+Levels Approach(const Levels& target, const Playback& playback, float price)
+{
+    constexpr int kTimes = 3; // more of them hardly make it better
+    const MelBands bands(20, kLowest, kHighest);
+    const Spectra::Gains ones(Spectra::kBins, 1);
+    const Spectra wanted(target);
+    auto asked = wanted;
+    std::vector<float> gains(wanted.Size() * bands.count, 1);
+    auto nearer = target;
+    for (int time = 0; time < kTimes; ++time) {
+        const auto runBytes = PeriodChoice(nearer, playback).AtPrice(price);
+        const Spectra played(Played(runBytes, playback, target.size()));
+        for (std::size_t frame = 0; frame < wanted.Size(); ++frame) {
+            const std::span frameGains(&gains[frame * bands.count], bands.count);
+            Correct(bands.PowersOf(wanted[frame]), bands.PowersOf(played[frame]), frameGains);
+            for (std::size_t k = 0; k < Spectra::kBins; ++k) {
+                const auto amplitude = std::abs(played[frame][k]);
+                if (bands.ofBin[k] == bands.count || amplitude == 0) continue;
+                asked[frame][k] =
+                    played[frame][k] * (frameGains[bands.ofBin[k]] * std::abs(wanted[frame][k]) / amplitude);
+            }
+        }
+        nearer = asked.Sounds(ones, ones).first;
+        LevelMoments(target, nearer);
+    }
+    return nearer;
+}
+
+} // namespace prepare
