@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace prepare {
 namespace {
@@ -32,11 +33,12 @@ Spectra::Gains LevellingGains(const Spectra& spectra)
     return gains;
 }
 
-Spectra::Gains EqualGains()
+/// Gains that keep what lies between the two, as it is.
+Spectra::Gains GainsBetween(double lowest, double highest) // Hz
 {
-    const MelBands all(1, kLowest, kSoundRate);
+    const MelBands band(1, lowest, highest);
     Spectra::Gains gains(Spectra::kBins);
-    std::ranges::transform(all.ofBin, gains.begin(), [](std::size_t band) { return band == 0 ? 1.0F : 0.0F; });
+    std::ranges::transform(band.ofBin, gains.begin(), [](std::size_t k) { return k == 0 ? 1.0F : 0.0F; });
     return gains;
 }
 
@@ -49,26 +51,25 @@ Levels Trimmed(const Levels& target)
     return first < last ? Levels(first, last) : Levels();
 }
 
-Levels SpeechTarget(std::span<const float> sound)
+enum class Bands { AsTheyAre, Levelled };
+
+Levels TargetOf(std::span<const float> sound, Bands bands)
 {
     Spectra spectra(sound);
     auto noise = NoiseOf(spectra);
     TakeOut(noise, spectra);
-    const auto equal = EqualGains();
-    for (std::size_t k = 0; k < noise.size(); ++k)
-        noise[k] *= equal[k];
-    auto [plain, target] = spectra.Sounds(equal, LevellingGains(spectra));
+    const auto audible = GainsBetween(kLowest, kSoundRate);
+    std::ranges::transform(noise, audible, noise.begin(), std::multiplies());
+    const auto gains = bands == Bands::Levelled ? LevellingGains(spectra) : GainsBetween(kLowest, kHighest);
+    auto [plain, target] = spectra.Sounds(audible, gains);
     LevelMoments(Heard(plain, noise), target);
     return Trimmed(target);
 }
 
-} // namespace
-
-std::string SpeechPeriods(std::span<const float> sound, const Playback& playback, std::size_t mostRunBytes,
-                          const Progress& progress)
+std::string PeriodsOf(const Levels& target, const Playback& playback, std::size_t mostRunBytes,
+                      const Progress& progress)
 {
     constexpr Prices kPrices{.least = 0.08F, .most = 0.5F};
-    const auto target = SpeechTarget(sound);
     auto fit = FitPeriods(target, playback, kPrices, mostRunBytes);
     progress(0.4);
     const auto nearer = Approach(target, playback, fit.price);
@@ -78,10 +79,18 @@ std::string SpeechPeriods(std::span<const float> sound, const Playback& playback
     return fit.runBytes;
 }
 
+} // namespace
+
+std::string SpeechPeriods(std::span<const float> sound, const Playback& playback, std::size_t mostRunBytes,
+                          const Progress& progress)
+{
+    return PeriodsOf(TargetOf(sound, Bands::Levelled), playback, mostRunBytes, progress);
+}
+
 std::string SoundPeriods(std::span<const float> sound, const Playback& playback, std::size_t mostRunBytes,
                          const Progress& progress)
 {
-    return SpeechPeriods(sound, playback, mostRunBytes, progress);
+    return PeriodsOf(TargetOf(sound, Bands::AsTheyAre), playback, mostRunBytes, progress);
 }
 
 } // namespace prepare

@@ -2,7 +2,7 @@
 // most like the sound.
 //     speech    every band of it as loud as the others and every moment as loud as the others, so that the few periods
 //               there are go to what tells words apart; noise and hum are taken out, pauses are silent
-//     sound     what isn't speech and isn't a tune: nothing levelled
+//     sound     what isn't speech and isn't a tune: the same, but its bands as loud as they are
 // What is silent before the first sound and behind the last is left out.
 #pragma once
 
