@@ -20,7 +20,7 @@ float LevelOf(const std::vector<float>& noise)
 /// Silences what is too short for a sound and stands too much alone to be part of one: clicks.
 void TakeClicksOut(Levels& heard)
 {
-    constexpr auto kShort = static_cast<std::ptrdiff_t>(0.035 * kSoundRate); // the window of a level is part of it
+    constexpr auto kShort = static_cast<std::ptrdiff_t>(0.060 * kSoundRate); // a click and what the windows make of it
     constexpr auto kAlone = static_cast<std::ptrdiff_t>(0.120 * kSoundRate);
     auto before = heard.begin() - kAlone; // the end of what is heard before
     for (auto first = std::find(heard.begin(), heard.end(), 1.0F); first != heard.end();) {
@@ -39,13 +39,16 @@ void TakeClicksOut(Levels& heard)
 
 std::vector<float> NoiseOf(const Spectra& spectra)
 {
-    constexpr double kPauses = 0.12; // of all frames: the softest
-    Levels powers(spectra.Size());
-    for (std::size_t frame = 0; frame < powers.size(); ++frame)
-        for (const auto& bin : spectra[frame])
-            powers[frame] += std::norm(bin);
+    constexpr double kPauses = 0.12;  // of all frames: the softest
+    constexpr float kSofter = 0.25F;  // of the loud frames' power at most, or there are no pauses
+    constexpr double kAboveHum = 250; // Hz
+    const MelBands judged(1, kAboveHum, kSoundRate);
+    Levels powers;
+    for (std::size_t frame = 0; frame < spectra.Size(); ++frame)
+        powers.push_back(judged.PowersOf(spectra[frame]).front());
     const auto most = Quantile(powers, kPauses);
     std::vector<float> noise(Spectra::kBins);
+    if (most > kSofter * Loud(powers)) return noise;
     float frames = 0;
     for (std::size_t frame = 0; frame < powers.size(); ++frame) {
         if (powers[frame] > most) continue;
