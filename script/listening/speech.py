@@ -18,6 +18,9 @@ WORDS = "/usr/share/asterisk/sounds/en_US_f_Allison/"  # of one speaker
 NAMES = "/usr/share/tuxpaint/stamps/animals/"          # spoken by others
 SENTENCES = "/usr/share/pocketsphinx/test/data/librivox/"
 
+FACTOR = 1.0763   # of the README, for 11025 Hz
+FILE_BYTES = 134  # of a file for the PC-1600, beside its run bytes
+
 SOX = ["sox", "-D", "{in}", "-b", "8", "-e", "unsigned-integer", "{out}", "remix", "-"]
 TRIM = ["silence", "1", "0.05", "1%", "reverse", "silence", "1", "0.05", "1%", "reverse"]
 GATE = ["compand", "0,0.002", "-inf,-32.1,-inf,-32,-32"]
@@ -65,6 +68,9 @@ def hum(decibels, sound, _):
 def heard_through(way, sound, folder):
     """What the machine plays, at 10 kHz; its run bytes; and where in the recording each moment of it lies."""
     path = {"in": folder / "in.wav", "out": folder / "ready.wav", "heard": folder / "heard.wav"}
+    if "{recipe}" in way or "{half}" in way:
+        size = heard_through(OLD, sound, folder)[1]
+        path |= {"recipe": FILE_BYTES + size, "half": FILE_BYTES + size // 2}
     wavfile.write(path["in"], 22050, np.int16(np.clip(sound, -1, 1) * 32767))
     command = [str(part).format(**path) for part in way]
     done = subprocess.run(command, capture_output=True, text=True)
@@ -75,6 +81,8 @@ def heard_through(way, sound, folder):
     times = np.array(told[1].split(), float).reshape(-1, 2)
     if command[0] != "sox":
         times[:, 0] = times[:, 1]  # a prepared recording is right on the machine
+    elif "speed" in command:
+        times[:, 0] *= FACTOR
     return wavfile.read(path["heard"])[1].astype(float), int(told[0]), times
 
 
@@ -121,11 +129,13 @@ MATERIAL = list(recordings())
 SECONDS = sum(len(sound) / 22050 - 0.5 for sound in MATERIAL)
 ROWS = [
     ("SoX recipe, no gate", OLD),
-    ("SoX recipe with factor and gate", sox("speed", "1.0763", "rate", "11025", "highpass", "20", "norm", "-1", *GATE,
+    ("SoX recipe with factor and gate", sox("speed", str(FACTOR), "rate", "11025", "highpass", "20", "norm", "-1", *GATE,
                                             *TRIM)),
-    ("the same, one pole at 350 Hz", sox("speed", "1.0763", "rate", "11025", "highpass", "-1", "350", "norm", "-1", *GATE,
+    ("the same, one pole at 350 Hz", sox("speed", str(FACTOR), "rate", "11025", "highpass", "-1", "350", "norm", "-1", *GATE,
                                          *TRIM)),
     ("prepared", NEW),
+    ("prepared, in as many bytes as the first row", prepare("--size", "{recipe}")),
+    ("prepared, in half as many", prepare("--size", "{half}")),
     ("prepared, 8000 Hz", prepare("--rate", "8000")),
     ("prepared, 6000 Hz", prepare("--rate", "6000")),
 ]
