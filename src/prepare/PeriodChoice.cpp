@@ -175,7 +175,7 @@ std::string PeriodChoice::WayBack() const
 
 FittedPeriods FitPeriods(std::span<const float> target, const Playback& playback, Prices prices, std::size_t mostBytes)
 {
-    constexpr int kTries = 5;
+    constexpr int kTries = 7;
     constexpr double kFull = 0.985; // of the bytes asked for is as good as all
     PeriodChoice choice(target, playback);
     FittedPeriods tooLong{.runBytes = choice.AtPrice(prices.least), .price = prices.least};

@@ -69,7 +69,7 @@ Levels TargetOf(std::span<const float> sound, Bands bands)
 std::string PeriodsOf(const Levels& target, const Playback& playback, std::size_t mostRunBytes,
                       const Progress& progress)
 {
-    constexpr Prices kPrices{.least = 0.09F, .most = 0.5F};
+    constexpr Prices kPrices{.least = 0.09F, .most = 2.0F};
     auto fit = FitPeriods(target, playback, kPrices, mostRunBytes);
     progress(0.4);
     const auto nearer = Approach(target, playback, fit.price);

@@ -58,6 +58,13 @@ TEST(RecordingBytes, LeadToEveryListThatARecordingCanLeadTo)
     }
 }
 
+TEST(RecordingBytes, LeadToALongPeriodAheadOfOneOf254Samples)
+{
+    for (const auto& bytes : {std::string("\xFE\0", 2), std::string("\xFE\xFE\xFE\0", 4), // 508, 254
+                              std::string("\xFE\xFE\xFE\xFE\0\x05", 6)})                  // 762, 254, 5
+        EXPECT_EQ(Encoded(RecordingBytes(bytes, Rate(8000))), bytes);
+}
+
 TEST(RecordingBytes, AreAWaveFileWithAHeaderOf44Bytes)
 {
     const std::string header("RIFF\x2b\0\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x11\x2b\0\0\x11\x2b\0\0\1\0\x08\0data\x07\0\0\0",
