@@ -63,7 +63,7 @@ std::vector<float> NoiseOf(const Spectra& spectra)
 
 void TakeOut(const std::vector<float>& noise, Spectra& spectra)
 {
-    constexpr float kOver = 3; // times what was measured: noise isn't the same in each frame
+    constexpr float kOver = 3;    // times what was measured: noise isn't the same in each frame
     constexpr float kLeft = 0.1F; // of a bin's amplitude in any case, or single bins would ring
     for (std::size_t frame = 0; frame < spectra.Size(); ++frame)
         for (std::size_t k = 0; k < noise.size(); ++k) {
