@@ -15,7 +15,7 @@ inline constexpr double kHighest = 5500; // Hz
 /// Gives all moments of `target` where `heard` isn't 0 the same level, and silences the others.
 void LevelMoments(std::span<const float> heard, Levels& target);
 
-/// `target` as a square wave gets nearer to it. Nobody hears phases, so they become those of the wave that was chosen at
+/// `target` as a square wave gets nearer to it. Nobody hears phases: they become those of the wave that was chosen at
 /// `price`; and what the wave lacks in a band at a moment is asked for louder, what it has too much of softer.
 [[nodiscard]] Levels Approach(const Levels& target, const Playback& playback, float price);
 

@@ -12,7 +12,7 @@ constexpr double kLongestPeriod = 0.010; // seconds; no band of a target lies lo
 constexpr double kDeepSilence = 0.030;   // seconds from what is to be heard
 constexpr float kSilenceCost = 0.1F;     // of a millisecond of it that is spent in periods
 
-/// What stands in `from_`: the byte that leads to a place, and by how many cycles its end lies behind the place's start.
+/// What stands in `from_`: the byte that leads to a place, and how many cycles its end lies behind the place's start.
 constexpr std::int32_t kByteBits = 8;
 constexpr std::int32_t kByteMask = (1 << kByteBits) - 1;
 

@@ -39,7 +39,7 @@ private:
     std::vector<Bin> bins_;
 };
 
-/// The band that each bin belongs to, of bands that are equally wide on the mel scale; `count` where it belongs to none.
+/// The band that each bin belongs to; bands are equally wide on the mel scale; `count` where it belongs to none.
 struct MelBands {
     MelBands(std::size_t bandCount, double lowest, double highest); // Hz
 
