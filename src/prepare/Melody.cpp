@@ -1,0 +1,139 @@
+#include "prepare/Melody.h"
+
+#include "prepare/PitchTrack.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <random>
+#include <utility>
+#include <vector>
+
+namespace prepare {
+namespace {
+
+constexpr std::int64_t kShortest = 2; // period, in counts
+constexpr std::int64_t kLongest = 253;
+constexpr std::int64_t kSilence = 254; // the byte that keeps the port high
+
+/// Pitches of the track that make one tone: from `first` to before `last`.
+struct Note {
+    std::size_t first;
+    std::size_t last;
+};
+
+/// A note ends with its sound, or where the pitch leaps.
+std::vector<Note> NotesOf(const std::vector<float>& track)
+{
+    constexpr float kLeap = 1.04F; // 68 cents within 10 ms; no vibrato is as fast
+    std::vector<Note> notes;
+    for (std::size_t k = 0; k < track.size(); ++k) {
+        if (track[k] == 0) continue;
+        const bool goesOn = k > 0 && track[k] < track[k - 1] * kLeap && track[k - 1] < track[k] * kLeap;
+        if (!goesOn) notes.push_back({k, k});
+        notes.back().last = k + 1;
+    }
+    return notes;
+}
+
+class PeriodWriter {
+public:
+    explicit PeriodWriter(const Playback& playback)
+        : clock_(static_cast<double>(playback.machine.clock)),
+          silenceCycles_(CyclesOf(kSilence, playback)),
+          countCycles_(CyclesOf(2, playback) - CyclesOf(1, playback)),
+          overheadCycles_(CyclesOf(1, playback) - countCycles_)
+    {}
+
+    /// Writes periods of this pitch up to a time, in seconds.
+    void Tone(double hertz, double until)
+    {
+        const double cycles = PeriodWithinBytes(hertz);
+        while (due_ + cycles / 2 < until * clock_) {
+            due_ += cycles;
+            const double counts = (due_ - written_ - overheadCycles_) / countCycles_;
+            const auto byte = std::clamp<std::int64_t>(std::llround(counts + Chance()), kShortest, kLongest);
+            runBytes_ += static_cast<char>(byte);
+            written_ += static_cast<double>(byte) * countCycles_ + overheadCycles_;
+        }
+    }
+
+    void Silence(double until)
+    {
+        for (; written_ + silenceCycles_ / 2 < until * clock_; written_ += silenceCycles_)
+            runBytes_ += static_cast<char>(kSilence);
+        due_ = written_;
+    }
+
+    [[nodiscard]] std::string Take() { return std::move(runBytes_); }
+
+private:
+    static double CyclesOf(std::int64_t byte, const Playback& playback)
+    {
+        const auto [first, second] = machine::HalvesOf(byte, playback.rate, playback.machine.waits);
+        return static_cast<double>(first + second);
+    }
+
+    /// In cycles: of the pitch, or of that by octaves away which a byte can hold.
+    [[nodiscard]] double PeriodWithinBytes(double hertz) const
+    {
+        double cycles = clock_ / hertz;
+        while (cycles < overheadCycles_ + (kShortest + 1) * countCycles_)
+            cycles *= 2;
+        while (cycles > overheadCycles_ + (kLongest - 1) * countCycles_)
+            cycles /= 2;
+        return cycles;
+    }
+
+    /// From -0.5 to 0.5, any of them as likely.
+    double Chance()
+    {
+        constexpr double kMost = std::minstd_rand::max();
+        return static_cast<double>(random_()) / kMost - 0.5;
+    }
+
+    double clock_;
+    double silenceCycles_;
+    double countCycles_;    // for each count of a period
+    double overheadCycles_; // for each period, on top
+    double due_ = 0;        // cycles, when the last period was to end
+    double written_ = 0;    // cycles, when it ends
+    std::string runBytes_;
+    std::minstd_rand random_; // the same for each melody, so that it is prepared the same each time
+};
+
+/// The run bytes of the notes, of each only that part from its beginning on.
+std::string Play(const std::vector<float>& track, const std::vector<Note>& notes, double part, const Playback& playback)
+{
+    const auto timeOf = [&](std::size_t k) {
+        return static_cast<double>((k - notes.front().first) * kPitchHop) / kSoundRate;
+    };
+    PeriodWriter writer(playback);
+    for (const auto& [first, last] : notes) {
+        writer.Silence(timeOf(first));
+        const auto kept = static_cast<std::size_t>(std::ceil(static_cast<double>(last - first) * part));
+        for (auto k = first; k < first + kept; ++k)
+            writer.Tone(static_cast<double>(track[k]), timeOf(k + 1));
+    }
+    return writer.Take();
+}
+
+} // namespace
+
+std::string MelodyPeriods(std::span<const float> sound, const Playback& playback, std::size_t mostRunBytes,
+                          const Progress& progress)
+{
+    constexpr int kParts = 30;
+    constexpr int kFewestParts = 12;
+    const auto track = PitchTrack(sound, progress);
+    const auto notes = NotesOf(track);
+    std::string runBytes;
+    for (int parts = kParts; parts >= kFewestParts; --parts) {
+        runBytes = Play(track, notes, static_cast<double>(parts) / kParts, playback);
+        if (runBytes.size() <= mostRunBytes) break;
+    }
+    return runBytes;
+}
+
+} // namespace prepare

@@ -1,0 +1,24 @@
+// Melody.h: the melody of a sound as periods of a square wave, one voice.
+//     tone       periods of its pitch on the machine's own clock. One is too few counts to be exact: it ends at the
+//                count before or behind its time, by chance, so that their mean is exact. Always the nearer one would
+//                be a pattern, and a pattern is heard as a tone of its own, an octave or more below.
+//     silence    254s, which keep the port high: whole ones, so a tone that follows may be 12 to 22 ms early or late,
+//                but none is later because of those before it
+//     too long   each note keeps its beginning only, the same part of all: down to two fifths, which still is the tune
+// What is silent before the first tone and behind the last is left out.
+#pragma once
+
+#include "prepare/Sound.h"
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+namespace prepare {
+
+/// The run bytes of the melody of `sound`, without the end mark; empty where none is heard. Where it can't be heard in
+/// `mostRunBytes`, the list is longer: the shortest that is still the tune.
+[[nodiscard]] std::string MelodyPeriods(std::span<const float> sound, const Playback& playback,
+                                        std::size_t mostRunBytes, const Progress& progress);
+
+} // namespace prepare

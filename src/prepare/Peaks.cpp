@@ -1,0 +1,71 @@
+#include "prepare/Peaks.h"
+
+#include <kissfft/kissfft.hh>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <complex>
+#include <cstddef>
+#include <numbers>
+
+namespace prepare {
+namespace {
+
+constexpr std::size_t kWindow = 2048;    // samples
+constexpr std::size_t kTransform = 4096; // the window and as many zeros, so that a peak has three lines at least
+constexpr float kLineHertz = static_cast<float>(kSoundRate) / kTransform;
+constexpr auto kFirstLine = static_cast<std::size_t>(70 / kLineHertz);
+constexpr auto kLastLine = static_cast<std::size_t>(5200 / kLineHertz);
+constexpr std::size_t kNeighbours = 16; // on each side, 86 Hz: about the distance of the lowest pitch's partials
+
+} // namespace
+
+struct PeakFinder::Transform {
+    kissfft<float> transform{kTransform / 2, false}; // counts pairs of samples
+    std::array<float, kWindow> window;
+    std::array<float, kTransform> samples{}; // behind the window always 0
+    std::array<std::complex<float>, kTransform / 2> lines;
+    std::array<float, kLastLine + kNeighbours + 1> heights;
+};
+
+PeakFinder::PeakFinder() : transform_(std::make_unique<Transform>())
+{
+    for (std::size_t i = 0; i < kWindow; ++i)
+        transform_->window[i] =
+            0.5F - 0.5F * std::cos(2 * std::numbers::pi_v<float> * (static_cast<float>(i) + 0.5F) / kWindow);
+}
+
+PeakFinder::~PeakFinder() = default;
+
+std::vector<Peak> PeakFinder::PeaksAt(std::span<const float> sound, std::size_t centre)
+{
+    auto& [transform, window, samples, lines, heights] = *transform_;
+    for (std::size_t i = 0; i < kWindow; ++i) {
+        const auto at = centre + i - kWindow / 2; // wraps below 0, and then lies behind the end
+        samples[i] = at < sound.size() ? sound[at] * window[i] : 0;
+    }
+    transform.transform_real(samples.data(), lines.data());
+    std::transform(lines.begin(), lines.begin() + heights.size(), heights.begin(),
+                   [](std::complex<float> line) { return std::sqrt(std::norm(line)); });
+
+    std::vector<Peak> peaks;
+    static_assert(kFirstLine < kNeighbours);
+    float sum = 0;
+    for (std::size_t k = 0; k < kFirstLine + kNeighbours; ++k)
+        sum += heights[k];
+    for (auto k = kFirstLine; k <= kLastLine; ++k) {
+        sum += heights[k + kNeighbours];
+        if (k > kNeighbours) sum -= heights[k - kNeighbours - 1];
+        const float below = heights[k - 1], here = heights[k], above = heights[k + 1];
+        const float mean = sum / static_cast<float>(2 * kNeighbours + 1);
+        if (here <= below || here < above || here <= mean) continue;
+        // The top of the parabola through the three lines' logarithms: a Hann window's peak is nearly one.
+        const float a = std::log(below + 1e-9F), b = std::log(here + 1e-9F), c = std::log(above + 1e-9F);
+        const float offset = std::clamp(0.5F * (a - c) / (a - 2 * b + c), -0.5F, 0.5F);
+        peaks.push_back({(static_cast<float>(k) + offset) * kLineHertz, std::sqrt(here - mean)});
+    }
+    return peaks;
+}
+
+} // namespace prepare

@@ -1,0 +1,32 @@
+// Peaks.h: the peaks of a sound's spectra, the partials of its tones among them.
+#pragma once
+
+#include "prepare/Sound.h"
+
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace prepare {
+
+struct Peak {
+    float hertz;    // between the lines of the spectrum, to a cent for a steady partial
+    float strength; // square root of its height above the mean of its neighbourhood
+};
+
+/// Takes spectra of 93 ms.
+class PeakFinder {
+public:
+    PeakFinder();
+    ~PeakFinder();
+
+    /// Those from 70 to 5200 Hz around sample `centre`; outside of `sound` there is silence.
+    [[nodiscard]] std::vector<Peak> PeaksAt(std::span<const float> sound, std::size_t centre);
+
+private:
+    struct Transform;
+    std::unique_ptr<Transform> transform_;
+};
+
+} // namespace prepare

@@ -1,0 +1,23 @@
+// PitchTrack.h: the melody of a sound, as the pitch of a single voice.
+//     sound     spectra of 93 ms, every 10 ms
+//     spectrum  its peaks, each by how far it stands out of its neighbourhood
+//     pitch     the weighted sum of the first ten partials of each of 330 pitches from 80 to 3520 Hz
+//     track     the path through these that is strongest in all, where a jump has its price
+// Of several voices the strongest is followed. Where the sound is soft beside its loud parts, or has no partials, the
+// track is silent, and for a moment where the same pitch is struck anew, so that it is heard as two notes.
+#pragma once
+
+#include "prepare/Sound.h"
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+namespace prepare {
+
+inline constexpr std::size_t kPitchHop = 220; // samples of the sound from one pitch to the next
+
+/// In Hz, 0 where silent. Pitch k is that at sample k * kPitchHop; the last lies behind the end of `sound` or on it.
+[[nodiscard]] std::vector<float> PitchTrack(std::span<const float> sound, const Progress& progress);
+
+} // namespace prepare
