@@ -12,10 +12,10 @@ namespace prepare {
 namespace {
 
 constexpr int kPartials = 10;
-constexpr float kPartialWeight = 0.8F; // of each partial beside the one below it
-constexpr float kLowestPitch = 80;     // Hz
-constexpr int kPitchesPerOctave = 60;  // 20 cents each
-constexpr int kPitches = 330;          // up to 3520 Hz
+constexpr float kPartialWeight = 0.75F; // of each partial beside the one below it
+constexpr float kLowestPitch = 80;      // Hz
+constexpr int kPitchesPerOctave = 60;   // 20 cents each
+constexpr int kPitches = 330;           // up to 3520 Hz
 
 using Saliences = std::array<float, kPitches>;
 
@@ -25,12 +25,19 @@ float StepsOf(float hertz)
     return static_cast<float>(kPitchesPerOctave) * std::log2(hertz / kLowestPitch);
 }
 
+/// What a peak counts. Melodies lie higher than what goes with them, and below some 250 Hz the ear hears less, too.
+float WeightOf(const Peak& peak)
+{
+    const float ratio = 250 / peak.hertz;
+    return peak.strength / std::sqrt(1 + ratio * ratio * ratio * ratio);
+}
+
 /// Adds a peak to the pitches that it may be a partial of.
 void AddPeak(const Peak& peak, Saliences& saliences)
 {
     constexpr float kReach = 2.5F; // steps: half a semitone
     const float steps = StepsOf(peak.hertz);
-    float weight = peak.strength;
+    float weight = WeightOf(peak);
     for (int partial = 1; partial <= kPartials; ++partial, weight *= kPartialWeight) {
         const float pitch = steps - static_cast<float>(kPitchesPerOctave) * std::log2(static_cast<float>(partial));
         const int first = std::max(0, static_cast<int>(std::ceil(pitch - kReach)));
@@ -88,19 +95,18 @@ private:
     std::vector<std::array<std::uint16_t, kPitches>> from_;
 };
 
-/// The loudness of the sound around each pitch of the track, over 40 ms.
-std::vector<float> LevelsOf(std::span<const float> sound)
+/// The loudness of the sound around each pitch of the track, over `reach` samples on both sides.
+std::vector<float> LevelsOf(std::span<const float> sound, std::size_t reach)
 {
-    constexpr std::size_t kReach = kSoundRate / 50;
     std::vector<float> levels(sound.size() / kPitchHop + 1);
     for (std::size_t k = 0; k < levels.size(); ++k) {
         const auto centre = k * kPitchHop;
-        const auto first = centre - std::min(centre, kReach);
-        const auto last = std::min(sound.size(), centre + kReach);
+        const auto first = centre - std::min(centre, reach);
+        const auto last = std::min(sound.size(), centre + reach);
         float sum = 0;
         for (auto i = first; i < last; ++i)
             sum += sound[i] * sound[i];
-        levels[k] = std::sqrt(sum / (2 * kReach));
+        levels[k] = std::sqrt(sum / static_cast<float>(2 * reach));
     }
     return levels;
 }
@@ -143,11 +149,47 @@ Tone ToneNear(int step, const std::vector<Peak>& peaks)
     return {kLowestPitch * std::exp2(steps / static_cast<float>(kPitchesPerOctave)), power};
 }
 
+/// How many times as loud a sound gets around a moment, within 20 ms.
+float RiseAt(const std::vector<float>& levels, std::size_t k)
+{
+    constexpr std::size_t kReach = 3;
+    float rise = 0;
+    for (auto i = k - kReach; i <= k + kReach; ++i)
+        rise = std::max(rise, levels[i + 1] / (levels[i - 1] + 1e-9F));
+    return rise;
+}
+
+/// Silences a moment of `track` wherever the same pitch is struck anew. There both its partials and the whole sound
+/// rise; either alone is a vibrato, or a drum.
+void ArticulateStrikes(std::vector<float>& track, const std::vector<Tone>& tones, const std::vector<float>& levels)
+{
+    constexpr float kPartialsRise = 1.3F;
+    constexpr float kLevelRise = 1.75F;
+    constexpr std::size_t kReach = 3; // pitches: 30 ms, a byte of silence at each rate
+    constexpr float kSamePitch = 1.04F;
+    std::vector<float> rises(tones.size());
+    for (auto k = 2 * kReach; k + 2 * kReach < tones.size(); ++k) {
+        const auto before = tones[k - kReach].hertz;
+        const auto behind = tones[k + kReach].hertz;
+        if (before == 0 || behind == 0 || std::max(before, behind) > kSamePitch * std::min(before, behind)) continue;
+        float least = tones[k].strength;
+        for (auto i = k - kReach; i < k; ++i)
+            least = std::min(least, tones[i].strength);
+        const float rise = tones[k + kReach].strength / (least + 1e-9F);
+        if (rise > kPartialsRise && RiseAt(levels, k) > kLevelRise) rises[k] = rise;
+    }
+    for (auto k = kReach; k + kReach < tones.size(); ++k) {
+        const auto around = std::span(rises).subspan(k - kReach, 2 * kReach + 1);
+        if (rises[k] == 0 || std::max_element(around.begin(), around.end()) - around.begin() != kReach) continue;
+        std::fill_n(&track[k - kReach], kReach, 0.0F);
+    }
+}
+
 } // namespace
 
 std::vector<float> PitchTrack(std::span<const float> sound, const Progress& progress)
 {
-    const auto levels = LevelsOf(sound);
+    const auto levels = LevelsOf(sound, kSoundRate / 50);
     const float softest = LoudLevel(levels) * 0.0178F; // -35 dB
     PeakFinder finder;
     std::vector<std::vector<Peak>> spectra;
@@ -164,9 +206,14 @@ std::vector<float> PitchTrack(std::span<const float> sound, const Progress& prog
         progress(static_cast<double>(k) / static_cast<double>(levels.size()));
     }
     const auto best = path.Best();
+    std::vector<Tone> tones(levels.size());
     std::vector<float> track(levels.size());
-    for (std::size_t k = 0; k < track.size(); ++k)
-        if (levels[k] > softest) track[k] = ToneNear(best[k], spectra[k]).hertz;
+    for (std::size_t k = 0; k < tones.size(); ++k) {
+        if (levels[k] <= softest) continue;
+        tones[k] = ToneNear(best[k], spectra[k]);
+        track[k] = tones[k].hertz;
+    }
+    ArticulateStrikes(track, tones, LevelsOf(sound, kSoundRate / 130));
     return track;
 }
 
