@@ -49,12 +49,14 @@ public:
     /// Writes periods of this pitch up to a time, in seconds.
     void Tone(double hertz, double until)
     {
+        constexpr double kCatchUp = 0.5; // of what the periods before are late, within one
+        constexpr double kSpread = 1.5;  // counts
         const double cycles = PeriodWithinBytes(hertz);
         while (due_ + cycles / 2 < until * clock_) {
-            due_ += cycles;
-            const double counts = (due_ - written_ - overheadCycles_) / countCycles_;
-            const auto byte = std::clamp<std::int64_t>(std::llround(counts + Chance()), kShortest, kLongest);
+            const double counts = (cycles + kCatchUp * (due_ - written_) - overheadCycles_) / countCycles_;
+            const auto byte = std::clamp<std::int64_t>(std::llround(counts + kSpread * Chance()), kShortest, kLongest);
             runBytes_ += static_cast<char>(byte);
+            due_ += cycles;
             written_ += static_cast<double>(byte) * countCycles_ + overheadCycles_;
         }
     }

@@ -1,7 +1,8 @@
 // Melody.h: the melody of a sound as periods of a square wave, one voice.
-//     tone       periods of its pitch on the machine's own clock. One is too few counts to be exact: it ends at the
-//                count before or behind its time, by chance, so that their mean is exact. Always the nearer one would
-//                be a pattern, and a pattern is heard as a tone of its own, an octave or more below.
+//     tone       periods of its pitch on the machine's own clock. A count is too coarse for one to be exact: each is a
+//                count or so longer or shorter, by chance, and makes up for half of what those before it are late, so
+//                that pitch and time are exact. Always the nearest count would be a pattern, and the ear takes that for
+//                a tone of its own, an octave or more below.
 //     silence    254s, which keep the port high: whole ones, so a tone that follows may be 12 to 22 ms early or late,
 //                but none is later because of those before it
 //     too long   each note keeps its beginning only, the same part of all: down to two fifths, which still is the tune

@@ -1,5 +1,6 @@
 #include "prepare/PitchTrack.h"
 
+#include "prepare/Levels.h"
 #include "prepare/Peaks.h"
 
 #include <algorithm>
@@ -25,10 +26,10 @@ float StepsOf(float hertz)
     return static_cast<float>(kPitchesPerOctave) * std::log2(hertz / kLowestPitch);
 }
 
-/// What a peak counts. Melodies lie higher than what goes with them, and below some 250 Hz the ear hears less, too.
+/// What a peak counts. Melodies lie higher than what goes with them, and below some 200 Hz the ear hears less, too.
 float WeightOf(const Peak& peak)
 {
-    const float ratio = 250 / peak.hertz;
+    const float ratio = 200 / peak.hertz;
     return peak.strength / std::sqrt(1 + ratio * ratio * ratio * ratio);
 }
 
@@ -95,28 +96,14 @@ private:
     std::vector<std::array<std::uint16_t, kPitches>> from_;
 };
 
-/// The loudness of the sound around each pitch of the track, over `reach` samples on both sides.
-std::vector<float> LevelsOf(std::span<const float> sound, std::size_t reach)
+/// The loudness of the sound around each pitch of the track, over so many seconds.
+Levels LevelsOf(std::span<const float> sound, double seconds)
 {
-    std::vector<float> levels(sound.size() / kPitchHop + 1);
-    for (std::size_t k = 0; k < levels.size(); ++k) {
-        const auto centre = k * kPitchHop;
-        const auto first = centre - std::min(centre, reach);
-        const auto last = std::min(sound.size(), centre + reach);
-        float sum = 0;
-        for (auto i = first; i < last; ++i)
-            sum += sound[i] * sound[i];
-        levels[k] = std::sqrt(sum / static_cast<float>(2 * reach));
-    }
+    const auto envelope = Envelope(Levels(sound.begin(), sound.end()), seconds);
+    Levels levels;
+    for (std::size_t sample = 0; sample < envelope.size(); sample += kPitchHop)
+        levels.push_back(envelope[sample]);
     return levels;
-}
-
-/// The level that the loudest twentieth reaches.
-float LoudLevel(std::vector<float> levels)
-{
-    const auto loud = levels.begin() + static_cast<std::ptrdiff_t>(levels.size() - 1 - levels.size() / 20);
-    std::nth_element(levels.begin(), loud, levels.end());
-    return *loud;
 }
 
 struct Tone {
@@ -150,7 +137,7 @@ Tone ToneNear(int step, const std::vector<Peak>& peaks)
 }
 
 /// How many times as loud a sound gets around a moment, within 20 ms.
-float RiseAt(const std::vector<float>& levels, std::size_t k)
+float RiseAt(const Levels& levels, std::size_t k)
 {
     constexpr std::size_t kReach = 3;
     float rise = 0;
@@ -161,7 +148,7 @@ float RiseAt(const std::vector<float>& levels, std::size_t k)
 
 /// Silences a moment of `track` wherever the same pitch is struck anew. There both its partials and the whole sound
 /// rise; either alone is a vibrato, or a drum.
-void ArticulateStrikes(std::vector<float>& track, const std::vector<Tone>& tones, const std::vector<float>& levels)
+void ArticulateStrikes(std::vector<float>& track, const std::vector<Tone>& tones, const Levels& levels)
 {
     constexpr float kPartialsRise = 1.3F;
     constexpr float kLevelRise = 1.75F;
@@ -189,8 +176,8 @@ void ArticulateStrikes(std::vector<float>& track, const std::vector<Tone>& tones
 
 std::vector<float> PitchTrack(std::span<const float> sound, const Progress& progress)
 {
-    const auto levels = LevelsOf(sound, kSoundRate / 50);
-    const float softest = LoudLevel(levels) * 0.0178F; // -35 dB
+    const auto levels = LevelsOf(sound, 0.06);
+    const float softest = Loud(levels) * AmplitudeOf(-35);
     PeakFinder finder;
     std::vector<std::vector<Peak>> spectra;
     Path path;
@@ -213,7 +200,7 @@ std::vector<float> PitchTrack(std::span<const float> sound, const Progress& prog
         tones[k] = ToneNear(best[k], spectra[k]);
         track[k] = tones[k].hertz;
     }
-    ArticulateStrikes(track, tones, LevelsOf(sound, kSoundRate / 130));
+    ArticulateStrikes(track, tones, LevelsOf(sound, 0.02));
     return track;
 }
 

@@ -17,7 +17,7 @@ namespace prepare {
 
 inline constexpr std::size_t kPitchHop = 220; // samples of the sound from one pitch to the next
 
-/// In Hz, 0 where silent. Pitch k is that at sample k * kPitchHop; the last lies behind the end of `sound` or on it.
+/// In Hz, 0 where silent: one at every kPitchHop samples, from the first sample on.
 [[nodiscard]] std::vector<float> PitchTrack(std::span<const float> sound, const Progress& progress);
 
 } // namespace prepare
