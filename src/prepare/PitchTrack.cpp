@@ -156,7 +156,7 @@ void ArticulateStrikes(std::vector<float>& track, const std::vector<Tone>& tones
     constexpr float kSamePitch = 1.04F;
     std::vector<float> rises(tones.size());
     for (auto k = 2 * kReach; k + 2 * kReach < tones.size(); ++k) {
-        const auto before = tones[k - kReach].hertz;
+        const auto before = tones[k - 2 * kReach].hertz;
         const auto behind = tones[k + kReach].hertz;
         if (before == 0 || behind == 0 || std::max(before, behind) > kSamePitch * std::min(before, behind)) continue;
         float least = tones[k].strength;
