@@ -49,7 +49,7 @@ public:
     /// Writes periods of this pitch up to a time, in seconds.
     void Tone(double hertz, double until)
     {
-        constexpr double kCatchUp = 0.5; // of what the periods before are late, within one
+        constexpr double kCatchUp = 0.3; // of what the periods before are late, within one
         constexpr double kSpread = 1.5;  // counts
         const double cycles = PeriodWithinBytes(hertz);
         while (due_ + cycles / 2 < until * clock_) {

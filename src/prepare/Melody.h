@@ -1,6 +1,6 @@
 // Melody.h: the melody of a sound as periods of a square wave, one voice.
 //     tone       periods of its pitch on the machine's own clock. A count is too coarse for one to be exact: each is a
-//                count or so longer or shorter, by chance, and makes up for half of what those before it are late, so
+//                count or so longer or shorter, by chance, and makes up for some of what those before it are late, so
 //                that pitch and time are exact. Always the nearest count would be a pattern, and the ear takes that for
 //                a tone of its own, an octave or more below.
 //     silence    254s, which keep the port high: whole ones, so a tone that follows may be 12 to 22 ms early or late,
