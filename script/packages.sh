@@ -1,15 +1,17 @@
 # The Debian packages that the project needs, and how they get onto the machine. Sourced.
 # shellcheck shell=bash disable=SC2034
 
-packages_build=(g++ cmake ninja-build qt6-base-dev librsvg2-bin libkissfft-dev fonts-dejavu-core)
+packages_build=(g++ cmake ninja-build qt6-base-dev librsvg2-bin fonts-dejavu-core libkissfft-dev libcli11-dev
+    libsndfile1-dev libsoxr-dev)
 packages_tests=(libgtest-dev libgmock-dev libz80ex-dev pasmo)
 packages_bench=(libbenchmark-dev libxcb1-dev xauth)
 packages_desktop=(xvfb openbox xdotool wmctrl scrot x11-utils)
-packages_listening=(python3-numpy python3-scipy sox ffmpeg libcli11-dev libsndfile1-dev libsoxr-dev
+packages_listening=(python3-numpy python3-scipy sox ffmpeg fluidsynth timgm6mb-soundfont python3-aubio
     asterisk-core-sounds-en-g722 tuxpaint-stamps-default pocketsphinx-testdata)
 packages_pictures=(qt6ct qt6-translations-l10n fonts-liberation2 fonts-noto-core imagemagick)
 packages_package=(dpkg-dev file lintian desktop-file-utils appstream)
-packages_windows=(g++-mingw-w64-x86-64-posix qt6-base-dev-tools dpkg-dev icoutils wine wine64 fonts-wine unzip xclip)
+packages_windows=(g++-mingw-w64-x86-64-posix qt6-base-dev-tools dpkg-dev icoutils wine wine64 fonts-wine unzip xclip sox
+    libsox-fmt-mp3)
 packages_checks=(clang-14 clang-tidy-14 clang-format-14 libclang-rt-14-dev llvm-14 shellcheck)
 
 # usage: what the script's first comment says, for who calls it with other arguments than it wants.

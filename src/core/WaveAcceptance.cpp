@@ -10,8 +10,7 @@
 namespace core {
 namespace {
 
-constexpr double kLargestFile = 500000.0; // bytes
-constexpr std::size_t kWaveHeader = 44;   // bytes
+constexpr std::size_t kWaveHeader = 44; // bytes
 constexpr char32_t kHighestByte = 255;
 
 /// The little-endian number in bytes `first` to `last`, positions counted from 1.
@@ -27,7 +26,7 @@ std::uint32_t NumberAt(std::string_view file, std::size_t first, std::size_t las
 
 bool IsTooLarge(double fileBytes)
 {
-    return fileBytes > kLargestFile;
+    return fileBytes > kLargestWaveFile;
 }
 
 WaveFields ReadWaveFields(std::string_view file)

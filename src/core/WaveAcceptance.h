@@ -26,7 +26,9 @@ struct WaveFields {
 
 enum class WaveRefusal { FormatTag, Channels, SampleRate, BitsPerSample };
 
-/// True for a file that is longer than 500000 bytes.
+inline constexpr double kLargestWaveFile = 500000; // bytes
+
+/// True for a file that is longer than that.
 [[nodiscard]] bool IsTooLarge(double fileBytes);
 
 [[nodiscard]] WaveFields ReadWaveFields(std::string_view file);

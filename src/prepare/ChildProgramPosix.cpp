@@ -1,0 +1,56 @@
+#include "prepare/ChildProgram.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+
+namespace prepare {
+
+std::unique_ptr<ChildProgram> ChildProgram::Start(const std::string& name, const std::vector<std::string>& arguments)
+{
+    std::array<int, 2> ends{}; // of the pipe: to read from, to write to
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) return nullptr;
+
+    auto all = arguments;
+    all.insert(all.begin(), name);
+    std::vector<char*> argv;
+    for (auto& argument : all)
+        argv.push_back(argument.data());
+    argv.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions{};
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawnattr_t attributes{};
+    posix_spawnattr_init(&attributes);
+    sigset_t usual{};
+    sigemptyset(&usual);
+    sigaddset(&usual, SIGPIPE); // which this program ignores: the other one is to end when nobody reads any more
+    posix_spawnattr_setsigdefault(&attributes, &usual);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+
+    pid_t process = 0;
+    const int failed = posix_spawnp(&process, name.c_str(), &actions, &attributes, argv.data(), environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&actions);
+    close(ends[1]);
+    if (failed == 0) return std::unique_ptr<ChildProgram>(new ChildProgram(ends[0], process));
+    close(ends[0]);
+    return nullptr;
+}
+
+ChildProgram::~ChildProgram()
+{
+    close(output_);
+    const auto process = static_cast<pid_t>(process_);
+    kill(process, SIGKILL);
+    waitpid(process, nullptr, 0);
+}
+
+} // namespace prepare

@@ -1,0 +1,63 @@
+// Any sound makes a list of run bytes that the encoder gives back, and any arguments options within their bounds.
+// Input: a byte of switches, then samples of 16 bits, or arguments that end with zeros.
+#include "core/HexTokenText.h"
+#include "core/PeriodEncoder.h"
+#include "prepare/Melody.h"
+#include "prepare/Options.h"
+#include "prepare/RecordingBytes.h"
+#include "prepare/SpeechTarget.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+using namespace prepare;
+
+void TryArguments(const std::string& bytes)
+{
+    std::vector<std::string> arguments;
+    for (std::size_t from = 0; from < bytes.size(); from += arguments.back().size() + 1)
+        arguments.push_back(bytes.c_str() + from);
+    const auto parsed = ParseOptions(arguments);
+    if (const auto* const ending = std::get_if<Ending>(&parsed)) {
+        if (ending->text.size() < 10 || (ending->status != 0 && ending->status != 2)) std::abort();
+        return;
+    }
+    const auto& options = std::get<Options>(parsed);
+    const bool isWithin = options.size >= 133 && options.size <= 28474 && options.part.from >= 0 &&
+                          options.part.length.value_or(1) > 0 && options.playback.machine.clock >= 1'000'000;
+    if (!isWithin || options.inputs.empty()) std::abort();
+}
+
+void TrySound(int switches, const std::string& bytes)
+{
+    std::vector<std::int16_t> samples(bytes.size() / 2);
+    std::memcpy(samples.data(), bytes.data(), samples.size() * 2);
+    Sound sound;
+    for (const auto sample : samples)
+        sound.insert(sound.end(), 1 + static_cast<std::size_t>(switches / 64) * 20, static_cast<float>(sample) / 32768);
+    const Playback playback{machine::kSampleRates[static_cast<std::size_t>(switches) / 4 % 3],
+                            {.clock = 3'580'000, .waits = switches & 1}};
+    const auto periods = (switches & 2) != 0 ? SpeechPeriods : (switches & 16) != 0 ? SoundPeriods : MelodyPeriods;
+    const auto runBytes = periods(sound, playback, 2000, [](double) {});
+    if (runBytes.empty()) return;
+
+    core::BackgroundTask yield([] {});
+    const auto recording = RecordingBytes(runBytes, playback.rate);
+    const auto tokens = core::EncodePeriods(std::string_view(recording).substr(44), nullptr, yield);
+    if (core::TokenCount(tokens) != runBytes.size() + 1) std::abort();
+    for (std::size_t k = 0; k < runBytes.size(); ++k)
+        if (core::ByteOfToken(tokens, k) != static_cast<std::uint8_t>(runBytes[k])) std::abort();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    if (size == 0) return 0;
+    const std::string rest(data + 1, data + size);
+    (data[0] & 32) != 0 ? TryArguments(rest) : TrySound(data[0], rest);
+    return 0;
+}

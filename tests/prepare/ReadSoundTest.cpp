@@ -1,0 +1,147 @@
+// What sound files become when they are read: of each kind a whole one, parts, damaged ones and such as are none.
+#include "prepare/ReadSound.h"
+#include "prepare/Refusal.h"
+#include "support/KnownFile.h"
+#include "support/SoundFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <tuple>
+
+namespace {
+
+using namespace prepare;
+
+class ReadSoundTest : public testing::Test {
+protected:
+    ReadSoundTest() { setenv("PATH", folder.c_str(), 1); } // where there is an ffmpeg only if the test lays one there
+    ~ReadSoundTest() override
+    {
+        setenv("PATH", path.c_str(), 1);
+        std::filesystem::remove_all(folder);
+    }
+
+    std::filesystem::path Write(const std::string& name, const std::string& bytes) const
+    {
+        std::ofstream(folder / name, std::ios::binary) << bytes;
+        return folder / name;
+    }
+    /// An ffmpeg that does what `script` says.
+    void Install(const std::string& script) const
+    {
+        chmod(Write("ffmpeg", "#!/bin/sh\n" + script + "\n").c_str(), 0700);
+    }
+    /// What is told of a file that can't be read; empty for one that can.
+    static std::string RefusalOf(const std::filesystem::path& file, const Part& part = {})
+    {
+        try {
+            static_cast<void>(ReadSound(file, part, 48));
+            return "";
+        } catch (const Refusal& refusal) {
+            return refusal.what();
+        }
+    }
+
+    const std::filesystem::path folder = NewFolder();
+    const std::string path = std::getenv("PATH");
+};
+
+/// The falls through zero from one second to another.
+int FallsOf(const Sound& sound, double from, double to)
+{
+    int falls = 0;
+    for (auto k = static_cast<std::size_t>(from * kSoundRate); k < static_cast<std::size_t>(to * kSoundRate); ++k)
+        falls += sound[k] >= 0 && sound[k + 1] < 0 ? 1 : 0;
+    return falls;
+}
+
+TEST_F(ReadSoundTest, TakesEachKindWithItsLengthPitchAndLevel)
+{
+    for (const auto& [name, format] : kFormats) {
+        const auto file = WriteTone(folder / name, format, {.channels = 2, .seconds = 2});
+        const auto whole = ReadSound(file, {}, 48);
+        EXPECT_EQ(whole.rate, 48000) << name;
+        EXPECT_EQ(whole.channels, 2) << name;
+        EXPECT_NEAR(whole.seconds.value(), 2, 0.06) << name; // MP3 comes in blocks
+        EXPECT_NEAR(static_cast<double>(whole.sound.size()), 2 * kSoundRate, 0.06 * kSoundRate) << name;
+        EXPECT_NEAR(FallsOf(whole.sound, 0.2, 0.7), 220, 2) << name; // 440 Hz, and then
+        EXPECT_NEAR(FallsOf(whole.sound, 1.2, 1.7), 440, 2) << name; // 880 Hz
+        EXPECT_NEAR(*std::ranges::max_element(whole.sound), 0.25, 0.03)
+            << name; // 0.5 on the left, nothing on the right
+
+        const auto part = ReadSound(file, {.from = 1, .length = 0.5}, 48);
+        EXPECT_NEAR(static_cast<double>(part.sound.size()), 0.5 * kSoundRate, 1) << name;
+        EXPECT_NEAR(FallsOf(part.sound, 0.1, 0.4), 264, 2) << name; // 880 Hz
+        EXPECT_NE(RefusalOf(file, {.from = 3, .length = {}}), "") << name;
+    }
+}
+
+TEST_F(ReadSoundTest, RefusesWhatIsNoSoundToPrepare)
+{
+    const auto tone = [&](const char* name, Tone that) {
+        return WriteTone(folder / name, SF_FORMAT_WAV | SF_FORMAT_PCM_16, that);
+    };
+    mkfifo((folder / "pipe").c_str(), 0600);
+    for (const auto& [file, part, message] : std::vector<std::tuple<std::filesystem::path, Part, std::string>>{
+             {folder / "none", {}, "No such file or directory"},
+             {folder, {}, "This is no ordinary file."},
+             {folder / "pipe", {}, "This is no ordinary file."},
+             {Write("empty", ""), {}, "The file is empty."},
+             {Write("text", "no sound"), {}, "with the program ffmpeg, which isn't installed"},
+             {tone("still", {.seconds = 0}), {}, "There is no sound in it."},
+             {tone("slow", {.rate = 1}), {}, "It has 1 samples a second. From 1000 to 1000000 can be read."},
+             {tone("fast", {.rate = 10'000'000, .seconds = 0.01}), {}, "It has 10000000 samples a second."},
+             {tone("long", {.rate = 8000, .seconds = 49}),
+              {},
+              "It lasts 0:49.0, and at this rate the window takes 0:48.0"},
+             {WriteTone(folder / "mp3", kMp3, {}), {.from = 0, .length = 48.5}, "--length asks for 0:48.5"},
+             {folder / "long", {.from = 50, .length = {}}, "It ends at 0:49.0, before --from."},
+         })
+        EXPECT_NE(RefusalOf(file, part).find(message), std::string::npos) << file << " says " << RefusalOf(file, part);
+    EXPECT_EQ(RefusalOf(folder / "long", {.from = 1, .length = {}}), "");
+}
+
+TEST_F(ReadSoundTest, SurvivesDamageToEachKind)
+{
+    // Of these a part is a whole: what is there is taken. The others tell their length, or end with a mark.
+    const std::vector<std::string_view> cutUnseen{"8.wav", "24.wav", "float.wav", "adpcm.wav", "aiff", "au", "mp3"};
+    for (const auto& [name, format] : kFormats) {
+        const auto bytes = Read(WriteTone(folder / name, format, {.seconds = 0.3}));
+        ASSERT_GT(bytes.size(), 96U) << name;
+        const auto half = RefusalOf(Write("cut", bytes.substr(0, bytes.size() / 2)));
+        EXPECT_EQ(half.empty(), std::ranges::count(cutUnseen, name) == 1) << name << " says " << half;
+        for (std::size_t offset = 0; offset < 96; ++offset)
+            for (const char byte : {'\0', '\x7F', '\xFF'}) {
+                auto damaged = bytes;
+                damaged[offset] = byte;
+                EXPECT_LT(RefusalOf(Write("damaged", damaged)).size(), 200U) << name << " at " << offset;
+            }
+    }
+}
+
+TEST_F(ReadSoundTest, AsksFfmpegForTheRest)
+{
+    WriteTone(folder / "tone.au", SF_FORMAT_AU | SF_FORMAT_FLOAT, {.seconds = 2});
+    const auto strange = Write("-i $(x) \"ü.m4a", "no sound");
+    EXPECT_NE(RefusalOf(strange).find("sudo apt install ffmpeg"), std::string::npos);
+
+    Install("printf '%s\\n' \"$@\" >arguments; /bin/cat tone.au");
+    std::filesystem::current_path(folder);
+    const auto recording = ReadSound(strange, {.from = 61.5, .length = {}}, 48);
+    EXPECT_EQ(recording.rate, 48000);
+    EXPECT_NEAR(recording.seconds.value(), 63.5, 0.001);
+    EXPECT_NEAR(FallsOf(recording.sound, 0.2, 0.7), 220, 2);
+    EXPECT_EQ(Read("arguments"),
+              "-nostdin\n-v\nquiet\n-protocol_whitelist\nfile\n-ss\n61.500000\n-i\nfile:" + strange.string() +
+                  "\n-map\n0:a:0\n-t\n49.000000\n-c:a\npcm_f32be\n-f\nau\npipe:1\n");
+
+    Install("exit 1");
+    EXPECT_NE(RefusalOf(strange).find("libsndfile or ffmpeg can read"), std::string::npos);
+    Install("/bin/cat tone.au; exec /bin/sleep 100"); // hangs: it is not waited for
+    EXPECT_EQ(RefusalOf(strange, {.from = 0, .length = 1}), "");
+}
+
+} // namespace
