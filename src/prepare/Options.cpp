@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <map>
 #include <sstream>
 
 namespace prepare {
@@ -68,8 +67,13 @@ struct Found {
     std::uint32_t rate = Options().playback.rate.hertz;
 };
 
-const std::map<std::string, Kind> kKinds = {
-    {"speech", Kind::Speech}, {"music", Kind::Music}, {"sound", Kind::AnySound}};
+std::optional<Kind> KindOf(std::string_view name)
+{
+    if (name == "speech") return Kind::Speech;
+    if (name == "music") return Kind::Music;
+    if (name == "sound") return Kind::AnySound;
+    return std::nullopt;
+}
 
 void Describe(CLI::App& app, Options& options, Found& found)
 {
@@ -87,7 +91,7 @@ void Describe(CLI::App& app, Options& options, Found& found)
     app.add_option("--for", found.kind, "speech, music (the melody) or sound (all else); speech if nothing is said")
         ->type_name("KIND")
         ->check([](const std::string& kind) {
-            return kKinds.contains(kind) ? std::string() : kind + " is none of speech, music and sound";
+            return KindOf(kind) ? std::string() : kind + " is none of speech, music and sound";
         });
     app.add_option("--size", options.size, "What the sound file for the PC-1600 may take; 28474 if nothing is said")
         ->type_name("BYTES")
@@ -137,7 +141,7 @@ std::variant<Options, Ending> ParseOptions(std::vector<std::string> arguments)
     for (const auto& input : found.inputs)
         options.inputs.push_back(PathOf(input));
     options.output = PathOf(found.output);
-    options.kind = kKinds.at(found.kind);
+    options.kind = KindOf(found.kind).value();
     options.playback.rate = *machine::RateOfHertz(found.rate);
     return options;
 }
