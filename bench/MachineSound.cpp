@@ -1,6 +1,6 @@
 // machine_sound RECORDING.wav HEARD.wav: what the machine makes of a recording that the window takes, as the window and
-// tonfloss-preview work it out: HEARD.wav at 10000 Hz. Tells for each period where it ends, in seconds: in the recording
-// and on the machine.
+// tonfloss-preview work it out: HEARD.wav at 10000 Hz. Tells for each period where it ends, in seconds: in the
+// recording and on the machine.
 #include "core/PeriodEncoder.h"
 #include "core/WaveAcceptance.h"
 #include "preview/SquareWave.h"

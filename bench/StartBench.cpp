@@ -1,5 +1,5 @@
-// start_bench PROGRAM REFERENCE: from process start to the mapped window, in turn, 21 times each; and the peak memory by
-// then. Prints the medians and their ratio. Needs a display without a window manager.
+// start_bench PROGRAM REFERENCE: from process start to the mapped window, in turn, 21 times each; and the peak memory
+// by then. Prints the medians and their ratio. Needs a display without a window manager.
 #include <xcb/xcb.h>
 
 #include <algorithm>

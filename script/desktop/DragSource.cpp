@@ -1,5 +1,6 @@
-// A program to drag from: `drag_source [--move] URL...` shows a small window; a press on it begins a drag of the URLs, or
-// of a text where none is given. Prints what the target answered, "copy", "move" or "none", and ends. --move offers a move only.
+// A program to drag from: `drag_source [--move] URL...` shows a small window; a press on it begins a drag of the URLs,
+// or of a text where none is given. Prints what the target answered, "copy", "move" or "none", and ends. --move offers
+// a move only.
 #include <QApplication>
 #include <QDrag>
 #include <QLabel>

@@ -19,7 +19,8 @@ programs="$desktop_scratch/Programme für Töne"
 mkdir "$folder" "$programs"
 unzip -q "$zip" -d "$programs"
 programs=$(echo "$programs"/*)
-diff - <(cd "$programs" && find . -type f ! -path './licences/*' | LC_ALL=C sort) <<'LIST' || fail "the zip holds other files"
+cd "$programs"
+diff - <(find . -type f ! -path './licences/*' | LC_ALL=C sort) <<'LIST' || fail "the zip holds other files"
 ./Qt6Core.dll
 ./Qt6Gui.dll
 ./Qt6Widgets.dll
@@ -145,9 +146,11 @@ expect_image old.bin
 program_end
 
 wine "$programs/tonfloss-preview.exe" "Klänge fürs Gerät.bin" -o "gehört ü.wav" | tr -d '\r' >report
-"$build/src/preview/tonfloss-preview" "Klänge fürs Gerät.bin" -o here.wav | diff - report || fail "the preview says something else"
+"$build/src/preview/tonfloss-preview" "Klänge fürs Gerät.bin" -o here.wav |
+    diff - report || fail "the preview says something else"
 cmp here.wav "gehört ü.wav" || fail "the preview sounds different"
-wine "$programs/tonfloss-preview.exe" old.bin -o - 2>/dev/null | cmp - here.wav || fail "the preview pipes something else"
+wine "$programs/tonfloss-preview.exe" old.bin -o - 2>/dev/null |
+    cmp - here.wav || fail "the preview pipes something else"
 rm report here.wav "gehört ü.wav"
 
 # Sounds whose names and formats ask for more than ASCII and a decoder. Rounding may differ between systems, so that the

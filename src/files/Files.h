@@ -54,8 +54,8 @@ struct FileState {
 /// does, on any thread.
 [[nodiscard]] FileState StateOf(const std::filesystem::path& path);
 
-/// The bytes of the file at `path`, of a longer one the first `atMost`. Throws, before anything blocks, for all that isn't
-/// a regular file, and for a file that can't be read or whose state isn't `state` before or after it was read.
+/// The bytes of the file at `path`, of a longer one the first `atMost`. Throws, before anything blocks, for all that
+/// isn't a regular file, and for a file that can't be read or whose state isn't `state` before or after it was read.
 [[nodiscard]] std::string ReadBytes(const std::filesystem::path& path, const FileState& state, std::uint64_t atMost);
 /// The same for a file that must not change while it is read.
 [[nodiscard]] std::string ReadBytes(const std::filesystem::path& path, std::uint64_t atMost);
@@ -71,10 +71,10 @@ using ByteSink = std::function<void(std::string_view bytes)>;
 /// Gives the bytes of a file to the sink that it gets. What it throws ends the writing and is thrown on.
 using Producer = std::function<void(const ByteSink& sink)>;
 
-/// Makes the file at `path`, whole and on the disk, or leaves all as it was and throws. A link stays one: what it leads to
-/// is written. A file that is replaced gives its owner, group, rights and attributes to the new one, as far as this user
-/// can; where not, the new one gives fewer rights, never more. Its further hard links keep the old bytes. `source` is what
-/// the bytes are made from, if that is a file: it is never replaced.
+/// Makes the file at `path`, whole and on the disk, or leaves all as it was and throws. A link stays one: what it leads
+/// to is written. A file that is replaced gives its owner, group, rights and attributes to the new one, as far as this
+/// user can; where not, the new one gives fewer rights, never more. Its further hard links keep the old bytes. `source`
+/// is what the bytes are made from, if that is a file: it is never replaced.
 void Write(const std::filesystem::path& path, Existing existing, const Producer& produce,
            const std::filesystem::path& source = {});
 void Write(const std::filesystem::path& path, Existing existing, std::string_view bytes);
@@ -83,8 +83,8 @@ void Write(const std::filesystem::path& path, Existing existing, std::string_vie
 void WriteStandardOutput(const Producer& produce);
 
 /// What a program calls before all else. From now on a write beyond a limit, to a reader that has gone, or to a closed
-/// standard output fails with an error: it would end the program, or reach a file of ours. A signal that asks the program
-/// to end takes the half file away first, where the system has such signals.
+/// standard output fails with an error: it would end the program, or reach a file of ours. A signal that asks the
+/// program to end takes the half file away first, where the system has such signals.
 void BeginWriting();
 
 } // namespace files

@@ -1,5 +1,6 @@
 // System.h: the calls that differ between systems, for Files.cpp alone. Each system has a file that fills them in.
-// Descriptors are those of the C library, -1 for none; where nothing else is said, what fails leaves its reason in errno.
+// Descriptors are those of the C library, -1 for none; where nothing else is said, what fails leaves its reason in
+// errno.
 #pragma once
 
 #include <filesystem>
@@ -15,8 +16,8 @@ namespace files {
 
 /// Doesn't wait for the other end of a pipe.
 [[nodiscard]] int OpenToRead(const std::filesystem::path& path);
-/// Opens a file that isn't there yet, locked against RemoveLeftover. EEXIST: try another name. If it `isPrivate`, nobody
-/// but its owner may open it.
+/// Opens a file that isn't there yet, locked against RemoveLeftover. EEXIST: try another name. If it `isPrivate`,
+/// nobody but its owner may open it.
 [[nodiscard]] int CreatePart(const std::filesystem::path& path, bool isPrivate);
 /// Removes a file that nobody has locked.
 void RemoveLeftover(const std::filesystem::path& path);
@@ -25,8 +26,8 @@ void RemoveLeftover(const std::filesystem::path& path);
 void TakeOver(int part, const std::filesystem::path& target);
 /// What was written is on the disk, if the file system knows such a thing.
 [[nodiscard]] bool Sync(int file);
-/// Asks for what the system tells only when a file is closed. The lock stays where an open file can be renamed; where it
-/// can't, `file` is closed and -1.
+/// Asks for what the system tells only when a file is closed. The lock stays where an open file can be renamed; where
+/// it can't, `file` is closed and -1.
 [[nodiscard]] bool CloseForRename(int& file);
 /// Renames `part`, also over a file that stands there.
 [[nodiscard]] std::error_code MoveOver(const std::filesystem::path& part, const std::filesystem::path& target);

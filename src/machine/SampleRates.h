@@ -1,5 +1,5 @@
-// SampleRates.h: the rates that the player knows. Everything that depends on a rate asks here: which recordings are taken,
-// the byte in the header, what is taken for a sound file, and when the machine plays what.
+// SampleRates.h: the rates that the player knows. Everything that depends on a rate asks here: which recordings are
+// taken, the byte in the header, what is taken for a sound file, and when the machine plays what.
 #pragma once
 
 #include <array>

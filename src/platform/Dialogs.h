@@ -40,8 +40,8 @@ struct SaveChoice {
 /// "Untitled (*.bin)": a file type as a dialog's filter wants it.
 [[nodiscard]] std::string FilterText(const FileType& type);
 
-/// A file's name for a box: control characters made visible, and a long one shortened in the middle, so that it stays on
-/// the screen. Requires: an Application.
+/// A file's name for a box: control characters made visible, and a long one shortened in the middle, so that it stays
+/// on the screen. Requires: an Application.
 [[nodiscard]] std::string ShownName(std::string_view utf8);
 
 class Dialogs {

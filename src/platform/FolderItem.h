@@ -28,8 +28,8 @@ struct DragItem {
 /// The file at `path` as it is now. On any thread; may wait for as long as the file system does.
 [[nodiscard]] FolderItem FolderItemAt(const std::filesystem::path& path);
 
-/// The bytes of a file, of a longer one the first 16 MiB: enough to test it, and never more than memory can hold. Throws
-/// files::IOException, also where the file isn't any more as `item` has it.
+/// The bytes of a file, of a longer one the first 16 MiB: enough to test it, and never more than memory can hold.
+/// Throws files::IOException, also where the file isn't any more as `item` has it.
 [[nodiscard]] std::string ReadBytes(const FolderItem& item);
 
 /// The user's documents folder, or the home folder where there is none.

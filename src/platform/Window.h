@@ -18,8 +18,8 @@ struct WindowRow {
     std::string_view title;
 };
 
-/// Drags, drops, pasted files and close requests take a turn at the gate: what comes while another event is under way is
-/// refused. Other events of the toolkit, such as painting, go on.
+/// Drags, drops, pasted files and close requests take a turn at the gate: what comes while another event is under way
+/// is refused. Other events of the toolkit, such as painting, go on.
 class Window {
 public:
     Window(EventGate& gate, MenuBar& menuBar, const WindowRow& row);
@@ -49,8 +49,8 @@ protected:
     virtual bool Event_DragEnter() = 0; // true refuses the drag
     virtual bool Event_DragOver() = 0;  // true refuses the drop here
     virtual void Event_DragExit() = 0;
-    /// Comes when the drag is over, so that the program it came from isn't held up; also after the two above, for a file
-    /// that is pasted.
+    /// Comes when the drag is over, so that the program it came from isn't held up; also after the two above, for a
+    /// file that is pasted.
     virtual void Event_DropObject(const DragItem& item) = 0;
 
 private:

@@ -1,4 +1,5 @@
-// TimeText.h: times as users write and read them: seconds, or minutes and seconds, or hours too: "12.5", "1:30", "1:00:00".
+// TimeText.h: times as users write and read them: seconds, or minutes and seconds, or hours too: "12.5", "1:30",
+// "1:00:00".
 #pragma once
 
 #include <optional>

@@ -1,5 +1,5 @@
-// Any file, name, target and typed address: each ends in one refusal, or in a file that the preview takes and that lasts
-// as long as the recording.
+// Any file, name, target and typed address: each ends in one refusal, or in a file that the preview takes and that
+// lasts as long as the recording.
 // Input: a byte of switches; the file's name up to a line end; the typed address up to a line end; the file.
 #include "platform/Application.h"
 #include "platform/FolderItem.h"

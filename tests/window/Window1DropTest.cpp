@@ -26,7 +26,8 @@ struct State {
 
 class Dropping : public WindowTest {
 protected:
-    /// A finished conversion waits for its address, the listing is on, half an address is typed, the next file is coming.
+    /// A finished conversion waits for its address, the listing is on, half an address is typed, the next file is
+    /// coming.
     Dropping()
     {
         menuBar.OptionDefBWindow.SetHasCheckMark(true);
@@ -139,8 +140,9 @@ TEST_F(Dropping, WithoutAFileEmptiesOnlyTheTexts)
     Expect({.red = false, .samples = 0});
 }
 
-// What can be saved is the conversion whose prompts these are. A drop that was refused leaves them open, with the headers
-// reset: the address is tested as ever, and then there is nothing to save. A file that couldn't be read resets nothing.
+// What can be saved is the conversion whose prompts these are. A drop that was refused leaves them open, with the
+// headers reset: the address is tested as ever, and then there is nothing to save. A file that couldn't be read resets
+// nothing.
 TEST_F(Dropping, RefusedLeavesNothingToSaveAndUnreadableAllThatWasThere)
 {
     dialogs.answer = folder / "SOUND";

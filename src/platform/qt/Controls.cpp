@@ -130,7 +130,8 @@ public:
     std::function<void()> action;
 
 private:
-    // The toolkit's style draws the ring of a button that isn't chosen darker than the window, which a dark window hides.
+    // The toolkit's style draws the ring of a button that isn't chosen darker than the window, which a dark window
+    // hides.
     void paintEvent(QPaintEvent* /*event*/) override
     {
         QStyleOptionButton option;

@@ -53,8 +53,8 @@ int WidestLine(const QScreen& screen)
     return (width <= 1024 ? width : std::min(width - 480, 1000)) - kBesideText;
 }
 
-/// Shows its text letter for letter, and is as wide as the longest line, as far as the toolkit lets it grow: it would break
-/// lines sooner.
+/// Shows its text letter for letter, and is as wide as the longest line, as far as the toolkit lets it grow: it would
+/// break lines sooner.
 class Box : public QMessageBox {
 public:
     Box(QWidget* parent, const QString& title, const QString& text) : QMessageBox(parent)
@@ -90,7 +90,8 @@ public:
     SaveChoice chosen;
 
 protected:
-    // As wide as the columns of the list, which grow with the desktop's font and language, and a scroll bar beside them.
+    // As wide as the columns of the list, which grow with the desktop's font and language, and a scroll bar beside
+    // them.
     void showEvent(QShowEvent* event) override
     {
         const auto& list = PartOf<QTreeView>(*this, "treeView");

@@ -1,5 +1,5 @@
-// DraggedFile.h: the file that a drag or the clipboard holds. A file system may answer late or never, so whatever asks it
-// has a thread of its own. Nobody waits for that thread, not even the program's end.
+// DraggedFile.h: the file that a drag or the clipboard holds. A file system may answer late or never, so whatever asks
+// it has a thread of its own. Nobody waits for that thread, not even the program's end.
 #pragma once
 
 #include "platform/FolderItem.h"
@@ -14,8 +14,8 @@
 
 namespace platform {
 
-/// Where the first of the addresses leads; none for what is no file of this machine. An empty clipboard may have no data
-/// at all, and who offers addresses may give none, when the program has ended meanwhile for example.
+/// Where the first of the addresses leads; none for what is no file of this machine. An empty clipboard may have no
+/// data at all, and who offers addresses may give none, when the program has ended meanwhile for example.
 [[nodiscard]] std::optional<std::filesystem::path> DraggedPath(const QMimeData* data);
 
 /// The file as it is now, without its bytes.

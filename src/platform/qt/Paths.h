@@ -1,5 +1,5 @@
-// Paths.h: between the toolkit's texts and paths in the system's own form: bytes, whether they are UTF-8 or not, or 16-bit
-// units on Windows.
+// Paths.h: between the toolkit's texts and paths in the system's own form: bytes, whether they are UTF-8 or not, or
+// 16-bit units on Windows.
 #pragma once
 
 #include <QString>

@@ -48,8 +48,8 @@ void Window::Impl::dragLeaveEvent(QDragLeaveEvent* /*event*/)
     gate.Run([this] { EndDrag(); });
 }
 
-// The drop has its turn from its answer on, and works when its event is over and the file has been read: the program that
-// the file comes from waits for neither.
+// The drop has its turn from its answer on, and works when its event is over and the file has been read: the program
+// that the file comes from waits for neither.
 void Window::Impl::dropEvent(QDropEvent* event)
 {
     auto turn = gate.TakeTurn();
@@ -112,8 +112,8 @@ bool Window::Impl::eventFilter(QObject* /*object*/, QEvent* event)
     return false;
 }
 
-/// Whether the drag of `event` is the one that came over the window. Some programs give the pointer back before they drop.
-/// One that has ended at the drop gives no address any more.
+/// Whether the drag of `event` is the one that came over the window. Some programs give the pointer back before they
+/// drop. One that has ended at the drop gives no address any more.
 bool Window::Impl::IsOf(const QDropEvent& event) const
 {
     const bool isDrop = event.type() == QEvent::Drop;

@@ -6,7 +6,8 @@
 
 namespace platform {
 
-// By the system's word: the toolkit takes a new Return for a repetition where a box was closed before the key was let go.
+// By the system's word: the toolkit takes a new Return for a repetition where a box was closed before the key was let
+// go.
 void IgnoreRepeatedKeys(QCoreApplication& application)
 {
     class Filter : public QAbstractNativeEventFilter {
