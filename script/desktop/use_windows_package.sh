@@ -101,6 +101,7 @@ make_recording >"Größe ü.wav"
 echo "no Wave file" >text.wav
 echo "the old file" | tee locked.bin >old.bin
 chmod 444 locked.bin
+converted="Größe ü.wav / 204 Bytes / 11.025 kHz"
 dos_folder="Z:$PWD" # the whole machine is drive Z
 
 desktop_start 1920x1080
@@ -117,7 +118,7 @@ drop text.wav
 message "Falsches .Wav Format - Kein PCM !"
 drop "Größe ü.wav"
 message "PC1600 Soundfilegrösse = 152 KB."
-wait_window "Größe ü.wav / 204 Bytes / 11.025 kHz"
+wait_window "$converted"
 type_text 80C5
 screenshot "$out/prompts.png"
 press Return
@@ -127,10 +128,12 @@ save_over "$dos_folder/locked.bin"
 message "PC-1600 Soundfile nicht erstellt!"
 message "locked.bin: Diese Datei ist schreibgeschützt."
 [ "$(<locked.bin)" = "the old file" ] || fail "the write-protected file is another one now"
+wait_window "$converted"
 press Return # the address still stands
 save_as "$dos_folder/NUL.bin" # a device, whatever stands behind the point
 message "PC-1600 Soundfile nicht erstellt!"
 message "NUL.bin: "
+wait_window "$converted"
 press Return
 save_as "$dos_folder/Klänge fürs Gerät.bin"
 message "PC-1600 Soundfile erfogreich erstellt !"
@@ -138,6 +141,7 @@ expect_image "Klänge fürs Gerät.bin"
 
 drop "Größe ü.wav"
 message "PC1600 Soundfilegrösse = 152 KB."
+wait_window "$converted"
 type_text 80C5
 press Return
 save_over "$dos_folder/old.bin"

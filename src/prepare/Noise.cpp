@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <optional>
 
 namespace prepare {
 namespace {
@@ -22,11 +23,11 @@ void TakeClicksOut(Levels& heard)
 {
     constexpr auto kShort = static_cast<std::ptrdiff_t>(0.060 * kSoundRate); // a click and what the windows make of it
     constexpr auto kAlone = static_cast<std::ptrdiff_t>(0.120 * kSoundRate);
-    auto before = heard.begin() - kAlone; // the end of what is heard before
+    std::optional<Levels::iterator> before; // the end of what is heard before
     for (auto first = std::find(heard.begin(), heard.end(), 1.0F); first != heard.end();) {
         const auto last = std::find(first, heard.end(), 0.0F);
         const auto next = std::find(last, heard.end(), 1.0F);
-        const auto standsAlone = first - before >= kAlone && (next == heard.end() || next - last >= kAlone);
+        const auto standsAlone = (!before || first - *before >= kAlone) && (next == heard.end() || next - last >= kAlone);
         if (standsAlone && last - first <= kShort)
             std::fill(first, last, 0.0F);
         else
