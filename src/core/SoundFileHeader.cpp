@@ -70,6 +70,7 @@ constexpr std::string_view kHeaderPC1600 =
 
 static_assert(kHeaderPC1600.size() == kTokensPC1600 * kTokenLength);
 
+constexpr auto kPlayer = kHeaderPC1600.substr(kFileHeaderTokens * kTokenLength);
 constexpr std::string_view kTitleEnd = "&H0d";
 
 std::string WithWord(std::string_view header, std::size_t token, std::string_view low, std::string_view high)
@@ -81,7 +82,7 @@ std::string WithWord(std::string_view header, std::size_t token, std::string_vie
 
 constinit const HeaderLayout kLayoutPC1600{
     .tokens = kHeaderPC1600, .rateToken = kRateToken, .titleToken = kTitleToken, .hasFileHeader = true};
-constinit const HeaderLayout kLayoutPokeMul{.tokens = kHeaderPC1600.substr(kFileHeaderTokens * kTokenLength),
+constinit const HeaderLayout kLayoutPokeMul{.tokens = kPlayer,
                                             .rateToken = kRateToken - kFileHeaderTokens,
                                             .titleToken = kTitleToken - kFileHeaderTokens,
                                             .hasFileHeader = false};

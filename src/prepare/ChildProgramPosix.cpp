@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 
@@ -17,10 +18,8 @@ std::unique_ptr<ChildProgram> ChildProgram::Start(const std::string& name, const
 
     auto all = arguments;
     all.insert(all.begin(), name);
-    std::vector<char*> argv;
-    for (auto& argument : all)
-        argv.push_back(argument.data());
-    argv.push_back(nullptr);
+    std::vector<char*> argv(all.size() + 1); // the last one stays null
+    std::ranges::transform(all, argv.begin(), [](auto& argument) { return argument.data(); });
 
     posix_spawn_file_actions_t actions{};
     posix_spawn_file_actions_init(&actions);
