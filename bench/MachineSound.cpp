@@ -41,8 +41,8 @@ int main(int argc, char** argv)
     const machine::Machine machine;
     const auto performance = machine::PerformanceOf(runBytes, *rate, machine.waits);
     std::ofstream out(argv[2], std::ios::binary);
-    const auto done = preview::WriteWave(performance, machine.clock, 10000, [&](std::string_view bytes) {
-        return static_cast<bool>(out.write(bytes.data(), static_cast<std::streamsize>(bytes.size())));
+    preview::WriteWave(performance, machine.clock, 10000, [&](std::string_view bytes) {
+        out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     });
     std::printf("%zu\n0 0\n", runBytes.size());
     double samples = 0;
@@ -52,5 +52,5 @@ int main(int argc, char** argv)
         cycles += static_cast<double>(period.cycles);
         std::printf("%.6f %.6f\n", samples / rate->hertz, cycles / static_cast<double>(machine.clock));
     }
-    return done ? EXIT_SUCCESS : EXIT_FAILURE;
+    return out.flush() ? EXIT_SUCCESS : EXIT_FAILURE;
 }

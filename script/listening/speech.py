@@ -30,6 +30,10 @@ def sox(*effects):
     return SOX + list(effects)
 
 
+def gated(*filters):
+    return sox("speed", str(FACTOR), "rate", "11025", *filters, "norm", "-1", *GATE, *TRIM)
+
+
 def prepare(*options):
     return [BUILD / "src/prepare/tonfloss-prepare", "--force", "-o", "{out}", *options, "{in}"]
 
@@ -129,17 +133,17 @@ MATERIAL = list(recordings())
 SECONDS = sum(len(sound) / 22050 - 0.5 for sound in MATERIAL)
 ROWS = [
     ("SoX recipe, no gate", OLD),
-    ("SoX recipe with factor and gate", sox("speed", str(FACTOR), "rate", "11025", "highpass", "20", "norm", "-1", *GATE,
-                                            *TRIM)),
-    ("the same, one pole at 350 Hz", sox("speed", str(FACTOR), "rate", "11025", "highpass", "-1", "350", "norm", "-1", *GATE,
-                                         *TRIM)),
+    ("SoX recipe with factor and gate", gated("highpass", "20")),
+    ("the same, one pole at 350 Hz", gated("highpass", "-1", "350")),
+    ("the same, one pole at 1000 Hz, below 3400 Hz", gated("highpass", "-1", "1000", "sinc", "-3400")),
     ("prepared", NEW),
     ("prepared, in as many bytes as the first row", prepare("--size", "{recipe}")),
     ("prepared, in half as many", prepare("--size", "{half}")),
     ("prepared, 8000 Hz", prepare("--rate", "8000")),
     ("prepared, 6000 Hz", prepare("--rate", "6000")),
 ]
-NOISES = [("white noise 20 dB below", partial(white, 20)), ("white noise 10 dB below", partial(white, 10)), ("hum 10 dB below", partial(hum, 10))]
+NOISES = [("white noise 20 dB below", partial(white, 20)), ("white noise 10 dB below", partial(white, 10)),
+          ("hum 10 dB below", partial(hum, 10))]
 
 
 def main():

@@ -49,6 +49,24 @@ void Correct(std::vector<float> wanted, std::vector<float> played, std::span<flo
     }
 }
 
+/// Makes of the spectra of what is played those to ask for next: its phases with the amplitudes of `wanted`, these
+/// times the gains of its bands, `gains` for each frame, which are corrected first.
+void AskForMore(const Spectra& wanted, const MelBands& bands, std::span<float> gains, Spectra& played)
+{
+    for (std::size_t frame = 0; frame < wanted.Size(); ++frame) {
+        const auto frameGains = gains.subspan(frame * bands.count, bands.count);
+        Correct(bands.PowersOf(wanted[frame]), bands.PowersOf(played[frame]), frameGains);
+        for (std::size_t k = 0; k < Spectra::kBins; ++k) {
+            auto& bin = played[frame][k];
+            const auto amplitude = std::abs(bin);
+            if (bands.ofBin[k] == bands.count || amplitude == 0)
+                bin = wanted[frame][k];
+            else
+                bin *= frameGains[bands.ofBin[k]] * std::abs(wanted[frame][k]) / amplitude;
+        }
+    }
+}
+
 } // namespace
 
 void LevelMoments(std::span<const float> heard, Levels& target)
@@ -66,24 +84,14 @@ Levels Approach(const Levels& target, const Playback& playback, float price)
     constexpr int kTimes = 3; // more of them hardly make it better
     const MelBands bands(20, kLowest, kHighest);
     const Spectra::Gains ones(Spectra::kBins, 1);
-    const Spectra wanted(target);
-    auto asked = wanted;
-    std::vector<float> gains(wanted.Size() * bands.count, 1);
+    std::vector<float> gains;
     auto nearer = target;
     for (int time = 0; time < kTimes; ++time) {
         const auto runBytes = PeriodChoice(nearer, playback).AtPrice(price);
-        const Spectra played(Played(runBytes, playback, target.size()));
-        for (std::size_t frame = 0; frame < wanted.Size(); ++frame) {
-            const std::span frameGains(&gains[frame * bands.count], bands.count);
-            Correct(bands.PowersOf(wanted[frame]), bands.PowersOf(played[frame]), frameGains);
-            for (std::size_t k = 0; k < Spectra::kBins; ++k) {
-                const auto amplitude = std::abs(played[frame][k]);
-                if (bands.ofBin[k] == bands.count || amplitude == 0) continue;
-                asked[frame][k] =
-                    played[frame][k] * (frameGains[bands.ofBin[k]] * std::abs(wanted[frame][k]) / amplitude);
-            }
-        }
-        nearer = asked.Sounds(ones, ones).first;
+        Spectra spectra(Played(runBytes, playback, target.size()));
+        gains.resize(spectra.Size() * bands.count, 1);
+        AskForMore(Spectra(target), bands, gains, spectra); // made anew each time: the choice needs the memory
+        nearer = spectra.Sounds(ones, ones).first;
         LevelMoments(target, nearer);
     }
     return nearer;

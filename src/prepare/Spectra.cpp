@@ -70,6 +70,8 @@ std::pair<std::vector<float>, std::vector<float>> Spectra::Sounds(const Gains& f
             sum[frame * kHop + i] += out[i];
     }
     std::pair<std::vector<float>, std::vector<float>> sounds;
+    sounds.first.reserve(samples_);
+    sounds.second.reserve(samples_);
     for (std::size_t i = 0; i < samples_; ++i) {
         sounds.first.push_back(sum[i + kShift].real());
         sounds.second.push_back(sum[i + kShift].imag());
