@@ -24,7 +24,8 @@ by_cmake() {
     local part=$1 name=$2
     shift 2
     cmake -G Ninja -S "$part/sources/$name" -B "$part/build/$name" \
-        --toolchain "$PWD/packaging/windows/toolchain.cmake" -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=OFF -DBUILD_TESTING=OFF -DBUILD_TESTS=OFF -DBUILD_EXAMPLES=OFF \
+        --toolchain "$PWD/packaging/windows/toolchain.cmake" -DCMAKE_BUILD_TYPE=Release \
+        -DBUILD_SHARED_LIBS=OFF -DBUILD_TESTING=OFF -DBUILD_TESTS=OFF -DBUILD_EXAMPLES=OFF \
         -DBUILD_PROGRAMS=OFF -DCMAKE_INSTALL_PREFIX="$part/decoders" -DCMAKE_PREFIX_PATH="$part/decoders" \
         -DCMAKE_FIND_ROOT_PATH="$part/decoders" "$@" &&
         cmake --build "$part/build/$name" &&

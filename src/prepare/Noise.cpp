@@ -27,7 +27,8 @@ void TakeClicksOut(Levels& heard)
     for (auto first = std::find(heard.begin(), heard.end(), 1.0F); first != heard.end();) {
         const auto last = std::find(first, heard.end(), 0.0F);
         const auto next = std::find(last, heard.end(), 1.0F);
-        const auto standsAlone = (!before || first - *before >= kAlone) && (next == heard.end() || next - last >= kAlone);
+        const auto standsAlone =
+            (!before || first - *before >= kAlone) && (next == heard.end() || next - last >= kAlone);
         if (standsAlone && last - first <= kShort)
             std::fill(first, last, 0.0F);
         else
