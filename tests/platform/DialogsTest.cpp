@@ -92,7 +92,7 @@ TEST_F(RealDialogs, WhatIsTypedIsWhatIsWritten)
         EXPECT_EQ(SaveAs(name, QMessageBox::No), std::nullopt);
         EXPECT_EQ(SaveAs(name), folder / name);
         EXPECT_TRUE(std::exchange(agreed, false));
-        EXPECT_EQ(replaced, std::string(name) + " already exists.\nDo you want to replace it?");
+        EXPECT_EQ(replaced, "Die Datei " + std::string(name) + " existiert bereits.\nSoll sie überschrieben werden?");
     }
 }
 
