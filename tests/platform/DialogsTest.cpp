@@ -153,12 +153,25 @@ TEST_F(RealDialogs, NamesAreShownOnOneLineOfTheScreen)
           });
 }
 
-TEST_F(RealDialogs, YieldLetsTheToolkitWork)
+TEST_F(RealDialogs, YieldLetsTheToolkitWorkButTakesNoUserInput)
 {
+    struct Moves : QObject {
+        int seen = 0;
+        bool eventFilter(QObject* /*watched*/, QEvent* event) override
+        {
+            if (event->type() == QEvent::MouseMove) ++seen;
+            return false;
+        }
+    } moves;
+    ShowPrompts();
+    main->windowHandle()->installEventFilter(&moves);
     bool worked = false;
     QTimer::singleShot(0, main, [&] { worked = true; });
+    QCursor::setPos(main->mapToGlobal(QPoint(100, 100))); // waits in the desktop's queue, as keys and clicks do
     real->RuntimeBackgroundTask();
     EXPECT_TRUE(worked);
+    EXPECT_EQ(moves.seen, 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return moves.seen > 0; }));
 }
 
 TEST_F(RealDialogs, BoxShowsItsTextLetterForLetter)
