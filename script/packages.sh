@@ -3,7 +3,7 @@
 
 packages_build=(g++ cmake ninja-build qt6-base-dev librsvg2-bin fonts-dejavu-core libkissfft-dev libcli11-dev
     libsndfile1-dev libsoxr-dev)
-packages_tests=(libgtest-dev libgmock-dev libz80ex-dev pasmo)
+packages_tests=(libgtest-dev libgmock-dev libz80ex-dev pasmo qt6-translations-l10n)
 packages_bench=(libbenchmark-dev libxcb1-dev xauth)
 packages_desktop=(xvfb openbox xdotool wmctrl scrot x11-utils)
 packages_listening=(python3-numpy python3-scipy sox ffmpeg fluidsynth timgm6mb-soundfont python3-aubio

@@ -1,6 +1,7 @@
 // Options.h: what the command line asks for.
 #pragma once
 
+#include "command/Messages.h"
 #include "machine/Memory.h"
 #include "prepare/ReadSound.h"
 #include "prepare/Sound.h"
@@ -26,13 +27,7 @@ struct Options {
     bool waits = false;                                                        // for Return, before the program ends
 };
 
-/// What is shown in place of any work.
-struct Ending {
-    std::string text;
-    int status; // 0: it was asked for
-};
-
 /// Requires: `arguments` are UTF-8, and without the program's name.
-[[nodiscard]] std::variant<Options, Ending> ParseOptions(std::vector<std::string> arguments);
+[[nodiscard]] std::variant<Options, command::Ending> ParseOptions(std::vector<std::string> arguments);
 
 } // namespace prepare

@@ -1,4 +1,4 @@
-#include "files/Files.h"
+#include "command/Messages.h"
 #include "prepare/Options.h"
 #include "prepare/Prepare.h"
 #include "prepare/Refusal.h"
@@ -12,6 +12,8 @@
 namespace {
 
 using namespace prepare;
+
+constexpr auto kProgram = "tonfloss-prepare";
 
 /// A bar on the terminal, for work that takes more than a second.
 class Bar {
@@ -52,26 +54,20 @@ std::string PrepareWithBar(const std::filesystem::path& input, const Options& op
 bool IsPrepared(const std::filesystem::path& input, const Options& options)
 {
     try {
-        const auto answer = PrepareWithBar(input, options);
-        files::WriteStandardOutput([&](const files::ByteSink& sink) { sink(answer); });
+        command::Show(PrepareWithBar(input, options));
         return true;
-    } catch (const files::IOException& failure) { // which names its file
-        std::cerr << "tonfloss-prepare: " << failure.what() << '\n';
-        return false;
     } catch (const std::exception& failure) {
         const auto name = input.u8string();
-        std::cerr << "tonfloss-prepare: " << std::string(name.begin(), name.end()) << ": " << failure.what() << '\n';
+        command::Complain(kProgram, std::string(name.begin(), name.end()), failure);
         return false;
     }
 }
 
-int Run(const std::vector<std::string>& arguments)
+int Run(std::vector<std::string> arguments)
 {
-    const auto parsed = ParseOptions(arguments);
-    if (const auto* const ending = std::get_if<Ending>(&parsed)) {
-        (ending->status == 0 ? std::cout : std::cerr) << ending->text;
-        return ending->status;
-    }
+    SetUpTerminal();
+    const auto parsed = ParseOptions(std::move(arguments));
+    if (const auto* const ending = std::get_if<command::Ending>(&parsed)) return command::Show(*ending);
     const auto& options = std::get<Options>(parsed);
     bool areAllPrepared = true;
     for (const auto& input : options.inputs)
@@ -87,12 +83,5 @@ int Run(const std::vector<std::string>& arguments)
 
 int main(int argc, char* argv[])
 {
-    try {
-        files::BeginWriting();
-        SetUpTerminal();
-        return Run({argv + 1, argv + argc});
-    } catch (const std::exception& failure) {
-        std::cerr << "tonfloss-prepare: " << failure.what() << '\n';
-        return EXIT_FAILURE;
-    }
+    return command::Run(kProgram, argc, argv, Run);
 }

@@ -92,7 +92,7 @@ TEST_F(RealDialogs, WhatIsTypedIsWhatIsWritten)
         EXPECT_EQ(SaveAs(name, QMessageBox::No), std::nullopt);
         EXPECT_EQ(SaveAs(name), folder / name);
         EXPECT_TRUE(std::exchange(agreed, false));
-        EXPECT_EQ(replaced, std::string(name) + " already exists.\nDo you want to replace it?");
+        EXPECT_EQ(replaced, "Die Datei " + std::string(name) + " existiert bereits.\nSoll sie überschrieben werden?");
     }
 }
 
@@ -153,12 +153,25 @@ TEST_F(RealDialogs, NamesAreShownOnOneLineOfTheScreen)
           });
 }
 
-TEST_F(RealDialogs, YieldLetsTheToolkitWork)
+TEST_F(RealDialogs, YieldLetsTheToolkitWorkButTakesNoUserInput)
 {
+    struct Moves : QObject {
+        int seen = 0;
+        bool eventFilter(QObject* /*watched*/, QEvent* event) override
+        {
+            if (event->type() == QEvent::MouseMove) ++seen;
+            return false;
+        }
+    } moves;
+    ShowPrompts();
+    main->windowHandle()->installEventFilter(&moves);
     bool worked = false;
     QTimer::singleShot(0, main, [&] { worked = true; });
+    QCursor::setPos(main->mapToGlobal(QPoint(100, 100))); // waits in the desktop's queue, as keys and clicks do
     real->RuntimeBackgroundTask();
     EXPECT_TRUE(worked);
+    EXPECT_EQ(moves.seen, 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return moves.seen > 0; }));
 }
 
 TEST_F(RealDialogs, BoxShowsItsTextLetterForLetter)

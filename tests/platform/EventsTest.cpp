@@ -141,7 +141,7 @@ TEST_F(Events, EveryDropEndsInItsMessage)
              {home, folder.filename().string() + ": " + notOrdinary},
              {"file:///", std::string("/: ") + notOrdinary},
              {home + "/fifo", std::string("fifo: ") + notOrdinary},
-             {home + "/gone.wav", "gone.wav: No such file or directory"},
+             {home + "/gone.wav", "gone.wav: Die Datei oder das Verzeichnis konnte nicht gefunden werden"},
          }) {
         Drag({url, home + "/fifo"}); // the first counts
         WaitForFile();
@@ -231,11 +231,12 @@ TEST_F(Events, ExceptionsEndInAMessage)
                             "a<b: Die Datei wird gerade von einem anderen Programm geändert.",
                             "a<b: Diese Datei ist schreibgeschützt.",
                             "a<b: In diesem Ordner kann keine Datei angelegt werden.",
-                            "a<b: Unter diesem Namen gibt es inzwischen eine Datei.", "a<b: No space left on device",
+                            "a<b: Unter diesem Namen gibt es inzwischen eine Datei.",
+                            "a<b: Kein freier Speicherplatz auf dem Gerät vorhanden",
                             "There is not enough memory for this.", "a<b: This is no ordinary file.",
                             "a<b: The file is being changed by another program.", "a<b: This file is write-protected.",
                             "a<b: No file can be made in this folder.", "a<b: By now there is a file of this name.",
-                            "a<b: No space left on device", "What else?"));
+                            "a<b: Kein freier Speicherplatz auf dem Gerät vorhanden", "What else?"));
     dialogs.whileOpen = [] { throw std::bad_alloc(); };
     window.Language = "ger";
     gate.Run([] { throw std::bad_alloc(); }); // no memory even for the message

@@ -78,8 +78,8 @@ TEST_F(Save, CancelledClosesTheEntryAndFailedKeepsItOpen)
     dialogs.shown.clear();
     DropTone();
     Enter(U"80C5");
-    EXPECT_THAT(dialogs.shown,
-                ElementsAre("PC1600 Soundfilegrösse = 152 KB.", kNotSaved, "SOUND: No such file or directory"));
+    EXPECT_THAT(dialogs.shown, ElementsAre("PC1600 Soundfilegrösse = 152 KB.", kNotSaved,
+                                           "SOUND: Die Datei oder das Verzeichnis konnte nicht gefunden werden"));
     EXPECT_NE(Prompts(), "");
     dialogs.answer = folder / "SOUND";
     Enter(U"80C5");

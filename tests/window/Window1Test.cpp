@@ -56,6 +56,27 @@ TEST_F(WindowTest, StandsInTheMiddleWithEachControlInItsPlace)
     EXPECT_GT(colours.size(), 10U); // it is drawn, and fills its place
 }
 
+TEST_F(WindowTest, PictureHasAPixelForEachOfTheScreens)
+{
+    const auto pixelsOf = [](const QPixmap& picture) {
+        return picture.toImage().convertToFormat(QImage::Format_RGB32);
+    };
+    const auto isSharp = [&] {
+        const auto shown = Find<QWidget>("Canvas1").grab();
+        auto expected = shown;
+        expected.fill(shown.toImage().pixelColor(0, 0));
+        QPainter painter(&expected);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawPixmap(QRect(0, 0, 156, 156), QPixmap(":/Start1@2x.png"));
+        painter.end();
+        return shown.size() == QSize(234, 234) && pixelsOf(shown) == pixelsOf(expected);
+    };
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // begins the program anew
+    setenv("QT_SCALE_FACTOR", "1.5", 1);
+    EXPECT_EXIT(std::_Exit(isSharp() ? 0 : 1), testing::ExitedWithCode(0), "");
+    unsetenv("QT_SCALE_FACTOR");
+}
+
 TEST_F(WindowTest, TextsFitTheirBoxesAndBlackIsTheDesktopsOwnColour)
 {
     auto& label = Find<QLabel>("Label2");
