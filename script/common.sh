@@ -1,4 +1,5 @@
-# The Debian packages that the project needs, and how they get onto the machine. Sourced.
+# What the scripts have in common: the Debian packages that each needs, and how they get onto the machine; the usage; a
+# build. Sourced.
 # shellcheck shell=bash disable=SC2034
 
 packages_build=(g++ cmake ninja-build qt6-base-dev librsvg2-bin fonts-dejavu-core libkissfft-dev libcli11-dev
