@@ -25,8 +25,8 @@ void AddOutput(CLI::App& app, const std::string& description, std::string& outpu
 void AddMachine(CLI::App& app, machine::Machine& machine);
 
 /// Adds --help and --version, and reads `arguments`, which are UTF-8 and without the program's name, into what the
-/// options are bound to. `check` may throw a CLI::ValidationError for those that don't go together. The ending, where there
-/// is nothing to be done. `app` has the program's name.
+/// options are bound to. `check` may throw a CLI::ValidationError for those that don't go together. The ending, where
+/// there is nothing to be done. `app` has the program's name.
 [[nodiscard]] std::optional<Ending> Parse(
     CLI::App& app, std::vector<std::string> arguments, const std::function<void()>& check = [] {});
 
