@@ -1,5 +1,7 @@
 #include "prepare/RecordingBytes.h"
 
+#include "core/WaveHeader.h"
+
 #include <cstdint>
 #include <numeric>
 
@@ -10,29 +12,6 @@ constexpr char kLow = 64;
 constexpr char kHigh = '\xC0';
 constexpr std::size_t kUnseen = 2;   // samples at the end that the encoder never looks at
 constexpr std::size_t kGoesOn = 254; // the byte that doesn't end its period
-
-void AppendNumber(std::string& bytes, std::size_t number, int count)
-{
-    for (int i = 0; i < count; ++i)
-        bytes += static_cast<char>(number >> (8 * i) & 0xFF);
-}
-
-std::string WaveHeader(std::size_t dataBytes, std::uint32_t rate)
-{
-    std::string header = "RIFF";
-    AppendNumber(header, 36 + dataBytes, 4);
-    header += "WAVEfmt ";
-    AppendNumber(header, 16, 4);
-    AppendNumber(header, 1, 2); // PCM
-    AppendNumber(header, 1, 2); // channel
-    AppendNumber(header, rate, 4);
-    AppendNumber(header, rate, 4); // bytes a second
-    AppendNumber(header, 1, 2);    // bytes a sample
-    AppendNumber(header, 8, 2);    // bits
-    header += "data";
-    AppendNumber(header, dataBytes, 4);
-    return header;
-}
 
 void AppendPeriod(std::string& bytes, std::size_t samples)
 {
@@ -51,7 +30,7 @@ std::size_t RecordingSamples(std::string_view runBytes)
 std::string RecordingBytes(std::string_view runBytes, const machine::SampleRate& rate)
 {
     const auto samples = RecordingSamples(runBytes);
-    auto bytes = WaveHeader(samples, rate.hertz);
+    auto bytes = core::WaveHeader(static_cast<std::int64_t>(samples), rate.hertz, 1);
     bytes.reserve(bytes.size() + samples);
     std::size_t period = 0;
     for (std::size_t i = 0; i < runBytes.size(); ++i) {

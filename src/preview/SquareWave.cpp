@@ -1,5 +1,7 @@
 #include "preview/SquareWave.h"
 
+#include "core/WaveHeader.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -88,12 +90,6 @@ void AddEdge(double* changes, double behind, double height)
         changes[tap] += height * (here[tap] + toNext * (next[tap] - here[tap]));
 }
 
-void AppendNumber(std::string& bytes, std::int64_t number, int count)
-{
-    for (int i = 0; i < count; ++i)
-        bytes += static_cast<char>(number >> (8 * i) & 0xFF);
-}
-
 /// The bytes of a block of samples, each the one before and its change. `level` goes from block to block; `changes`
 /// goes on to what lies behind the block.
 void TakeBlock(std::vector<double>& changes, double& level, std::string& bytes)
@@ -110,30 +106,13 @@ void TakeBlock(std::vector<double>& changes, double& level, std::string& bytes)
     std::fill(changes.begin() + kTaps, changes.end(), 0.0);
 }
 
-std::string WaveHeader(std::int64_t dataBytes, std::int64_t outputRate)
-{
-    std::string header = "RIFF";
-    AppendNumber(header, 36 + dataBytes, 4);
-    header += "WAVEfmt ";
-    AppendNumber(header, 16, 4);
-    AppendNumber(header, 1, 2); // PCM
-    AppendNumber(header, 1, 2); // channel
-    AppendNumber(header, outputRate, 4);
-    AppendNumber(header, kSampleBytes * outputRate, 4); // bytes a second
-    AppendNumber(header, kSampleBytes, 2);
-    AppendNumber(header, 8 * kSampleBytes, 2); // bits a sample
-    header += "data";
-    AppendNumber(header, dataBytes, 4);
-    return header;
-}
-
 } // namespace
 
 void WriteWave(const machine::Performance& performance, std::int64_t clock, std::int64_t outputRate,
                const files::ByteSink& sink)
 {
     const auto sampleCount = (performance.end * outputRate + clock - 1) / clock;
-    sink(WaveHeader(kSampleBytes * sampleCount, outputRate));
+    sink(core::WaveHeader(kSampleBytes * sampleCount, outputRate, kSampleBytes));
 
     std::vector<double> changes(kBlock + kTaps); // what edges do to a block, and to the samples behind it
     std::string bytes;
