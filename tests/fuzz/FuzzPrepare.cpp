@@ -19,7 +19,7 @@ void TryArguments(const std::string& bytes)
 {
     std::vector<std::string> arguments;
     for (std::size_t from = 0; from < bytes.size(); from += arguments.back().size() + 1)
-        arguments.push_back(bytes.c_str() + from);
+        arguments.emplace_back(bytes.c_str() + from);
     const auto parsed = ParseOptions(arguments);
     if (const auto* const ending = std::get_if<command::Ending>(&parsed)) {
         if (ending->text.size() < 10 || (ending->status != 0 && ending->status != 2)) std::abort();

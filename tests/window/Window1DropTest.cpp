@@ -12,7 +12,7 @@ struct State {
     std::string label3 = "Wavefil";
     bool red = true;
     std::size_t listed = 0; // characters
-    std::string typed = "";
+    std::string typed{};
     std::string prompts = "TextFieldAudioAdresse Label1 Label2 Label4 ";
     std::size_t runBytes = 21;
     std::size_t samples = 204;
