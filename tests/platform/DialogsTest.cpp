@@ -186,6 +186,13 @@ TEST_F(RealDialogs, BoxShowsItsTextLetterForLetter)
               dialog.accept();
           });
     EXPECT_EQ(seen, "Tonfloss|<b>&x\n\ny");
+    const std::string line = "words that the toolkit would break up, although there is room for them";
+    While([&] { real->MsgBox(line); },
+          [&](QDialog& dialog) {
+              const auto& label = *dialog.findChild<QLabel*>("qt_msgbox_label");
+              EXPECT_LT(label.height(), 2 * label.fontMetrics().height());
+              dialog.accept();
+          });
 }
 
 class HeldDown : public RealDialogs, public testing::WithParamInterface<Qt::Key> {};

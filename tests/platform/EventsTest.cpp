@@ -72,6 +72,10 @@ TEST_F(Events, DragShowsItsStatusAndTakesOnlyTheColourBack)
         EXPECT_EQ(window.Label3.Text(), "Wavefile Format OK!                       ");
         EXPECT_FALSE(window.mDragInside);
     }
+    Drag({"file://" + Write("stereo.wav", WaveBytes().channels(2)).string()});
+    WaitForFile();
+    QApplication::sendEvent(main->windowHandle(), &back); // the pointer moves on over the window
+    EXPECT_EQ(window.LabelDragAndDrop.TextColor(), kRed); // as the refused file has left it
 }
 
 TEST_F(Events, DragBehindOneWhoseSourceHasDiedComesWithoutEntering)

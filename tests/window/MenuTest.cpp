@@ -160,6 +160,10 @@ TEST_F(Menus, PasteConvertsAFileFromTheClipboardWhereverTheFocusIs)
         EXPECT_EQ(window.Title(), "pasted.wav / 204 Bytes / 8 kHz");
         EXPECT_EQ(field.text(), "");
     }
+    window.SetTitle("");
+    QTest::keyClick(main, Qt::Key_Insert, Qt::ShiftModifier); // the other key that the desktop has for it
+    WaitForFile();
+    EXPECT_EQ(window.Title(), "pasted.wav / 204 Bytes / 8 kHz");
     field.setFocus();
     field.setText("80");
     Choose(Qt::Key_E, Qt::Key_A);
