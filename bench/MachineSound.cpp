@@ -14,15 +14,15 @@
 namespace {
 
 /// The run bytes of `file` without the end mark.
-std::string RunBytesOf(const std::string& file)
+machine::RunBytes RunBytesOf(const std::string& file)
 {
     core::BackgroundTask yield([] {});
     const auto tokens = core::EncodePeriods(core::SampleBytes(file), nullptr, yield);
-    std::string bytes;
+    machine::RunBytes bytes;
     for (std::size_t i = 2; i + 4 < tokens.size(); i += 4) {
         int byte = 0;
         std::from_chars(&tokens[i], &tokens[i] + 2, byte, 16);
-        bytes += static_cast<char>(byte);
+        bytes.push_back(static_cast<machine::RunByte>(byte));
     }
     return bytes;
 }
@@ -38,19 +38,19 @@ int main(int argc, char** argv)
     if (rate == nullptr || core::RefusalOf(core::ReadWaveFields(file))) return EXIT_FAILURE;
 
     const auto runBytes = RunBytesOf(file);
-    const machine::Machine machine;
-    const auto performance = machine::PerformanceOf(runBytes, *rate, machine.waits);
+    const machine::Playback playback{.rate = *rate, .machine = {}};
+    const auto performance = machine::PerformanceOf(runBytes, playback);
     std::ofstream out(argv[2], std::ios::binary);
-    preview::WriteWave(performance, machine.clock, 10000, [&](std::string_view bytes) {
+    preview::WriteWave(performance, playback.machine.clock, 10000, [&](std::string_view bytes) {
         out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     });
     std::printf("%zu\n0 0\n", runBytes.size());
     double samples = 0;
-    double cycles = 0;
-    for (const auto& period : machine::PeriodsOf(runBytes, *rate, machine.waits)) {
+    std::int64_t cycles = 0;
+    for (const auto& period : machine::PeriodsOf(runBytes, playback)) {
         samples += static_cast<double>(period.samples);
-        cycles += static_cast<double>(period.cycles);
-        std::printf("%.6f %.6f\n", samples / rate->hertz, cycles / static_cast<double>(machine.clock));
+        cycles += period.cycles;
+        std::printf("%.6f %.6f\n", samples / rate->hertz, machine::SecondsOf(cycles, playback.machine));
     }
     return out.flush() ? EXIT_SUCCESS : EXIT_FAILURE;
 }

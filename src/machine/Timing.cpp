@@ -1,58 +1,46 @@
 #include "machine/Timing.h"
 
+#include <numeric>
+
 namespace machine {
-namespace {
 
-constexpr std::int64_t kLongPeriod = 254; // the byte that doesn't end its period
-constexpr std::int64_t kZeroCounts = 256; // steps: the player counts down before it looks
-
-std::int64_t NumberOf(char runByte)
+double SecondsOf(std::span<const RunByte> runBytes, const Playback& playback)
 {
-    return static_cast<std::uint8_t>(runByte);
+    const auto cycles = std::accumulate(runBytes.begin(), runBytes.end(), std::int64_t{0},
+                                        [&](auto sum, auto byte) { return sum + CyclesOf(byte, playback); });
+    return SecondsOf(cycles, playback.machine);
 }
 
-} // namespace
-
-Halves HalvesOf(std::int64_t byte, const SampleRate& rate, std::int64_t waits)
-{
-    const auto step = rate.stepCycles + rate.stepFetches * waits;
-    const auto delay = step * (byte == 0 ? kZeroCounts : byte);
-    return {.first = delay + (byte == kLongPeriod ? 50 + 7 * waits : 43 + 6 * waits), .second = delay + 57 + 8 * waits};
-}
-
-Performance PerformanceOf(std::string_view runBytes, const SampleRate& rate, std::int64_t waits)
+Performance PerformanceOf(std::span<const RunByte> runBytes, const Playback& playback)
 {
     Performance performance;
     performance.writes.reserve(2 * runBytes.size());
-    for (const char runByte : runBytes) {
-        const auto byte = NumberOf(runByte);
-        const auto halves = HalvesOf(byte, rate, waits);
+    for (const auto byte : runBytes) {
+        const auto halves = HalvesOf(byte, playback);
         performance.writes.push_back({.time = performance.end, .high = true});
-        performance.writes.push_back({.time = performance.end + halves.first, .high = byte == kLongPeriod});
+        performance.writes.push_back({.time = performance.end + halves.first, .high = byte == kStaysHigh});
         performance.end += halves.first + halves.second;
     }
     return performance;
 }
 
-std::vector<Period> PeriodsOf(std::string_view runBytes, const SampleRate& rate, std::int64_t waits)
+std::vector<Period> PeriodsOf(std::span<const RunByte> runBytes, const Playback& playback)
 {
     std::vector<Period> periods;
     bool begins = true;
-    for (const char runByte : runBytes) {
-        const auto byte = NumberOf(runByte);
-        const auto halves = HalvesOf(byte, rate, waits);
-        if (begins) periods.push_back({.samples = byte == 0 ? kZeroCounts : 0, .cycles = 0});
+    for (const auto byte : runBytes) {
+        if (begins) periods.push_back({.samples = byte == 0 ? kStepsOfZero : 0, .cycles = 0});
         periods.back().samples += byte;
-        periods.back().cycles += halves.first + halves.second;
-        begins = byte != kLongPeriod;
+        periods.back().cycles += CyclesOf(byte, playback);
+        begins = byte != kStaysHigh;
     }
     return periods;
 }
 
-double PitchOf(const Period& period, const SampleRate& rate, std::int64_t clock)
+double PitchOf(const Period& period, const Playback& playback)
 {
-    const auto inRecording = static_cast<double>(period.samples) / rate.hertz;
-    return inRecording * static_cast<double>(clock) / static_cast<double>(period.cycles);
+    const auto inRecording = static_cast<double>(period.samples) / playback.rate.hertz;
+    return inRecording * static_cast<double>(playback.machine.clock) / static_cast<double>(period.cycles);
 }
 
 } // namespace machine

@@ -1,5 +1,6 @@
 #include "prepare/Likeness.h"
 
+#include "machine/Timing.h"
 #include "prepare/PeriodChoice.h"
 #include "prepare/Spectra.h"
 
@@ -11,9 +12,9 @@ namespace prepare {
 namespace {
 
 /// The port at kSoundRate: the mean of its level, 1 or -1, within each sample.
-Levels Played(std::string_view runBytes, const Playback& playback, std::size_t samples)
+Levels Played(std::span<const machine::RunByte> runBytes, const machine::Playback& playback, std::size_t samples)
 {
-    const auto performance = machine::PerformanceOf(runBytes, playback.rate, playback.machine.waits);
+    const auto performance = machine::PerformanceOf(runBytes, playback);
     const auto samplesPerCycle = kSoundRate / static_cast<double>(playback.machine.clock);
     Levels wave(samples);
     double now = 0; // in samples
@@ -79,7 +80,7 @@ void LevelMoments(std::span<const float> heard, Levels& target)
         target[i] = heard[i] != 0 ? target[i] / std::max(level[i], faintest) : 0;
 }
 
-Levels Approach(const Levels& target, const Playback& playback, float price)
+Levels Approach(const Levels& target, const machine::Playback& playback, float price)
 {
     constexpr int kTimes = 3; // more of them hardly make it better
     const MelBands bands(20, kLowest, kHighest);

@@ -1,6 +1,7 @@
 // Likeness.h: a target moved towards what a square wave can do.
 #pragma once
 
+#include "machine/RunBytes.h"
 #include "prepare/Levels.h"
 #include "prepare/Sound.h"
 
@@ -17,6 +18,6 @@ void LevelMoments(std::span<const float> heard, Levels& target);
 
 /// `target` as a square wave gets nearer to it. Nobody hears phases: they become those of the wave that was chosen at
 /// `price`; and what the wave lacks in a band at a moment is asked for louder, what it has too much of softer.
-[[nodiscard]] Levels Approach(const Levels& target, const Playback& playback, float price);
+[[nodiscard]] Levels Approach(const Levels& target, const machine::Playback& playback, float price);
 
 } // namespace prepare

@@ -13,10 +13,6 @@
 namespace prepare {
 namespace {
 
-constexpr std::int64_t kShortest = 2; // period, in counts
-constexpr std::int64_t kLongest = 253;
-constexpr std::int64_t kSilence = 254; // the byte that keeps the port high
-
 /// Pitches of the track that make one tone: from `first` to before `last`.
 struct Note {
     std::size_t first;
@@ -39,9 +35,9 @@ std::vector<Note> NotesOf(const std::vector<float>& track)
 
 class PeriodWriter {
 public:
-    explicit PeriodWriter(const Playback& playback)
+    explicit PeriodWriter(const machine::Playback& playback)
         : clock_(static_cast<double>(playback.machine.clock)),
-          silenceCycles_(CyclesOf(kSilence, playback)),
+          silenceCycles_(CyclesOf(machine::kStaysHigh, playback)),
           countCycles_(CyclesOf(2, playback) - CyclesOf(1, playback)),
           overheadCycles_(CyclesOf(1, playback) - countCycles_)
     {}
@@ -54,8 +50,9 @@ public:
         const double cycles = PeriodWithinBytes(hertz);
         while (due_ + cycles / 2 < until * clock_) {
             const double counts = (cycles + kCatchUp * (due_ - written_) - overheadCycles_) / countCycles_;
-            const auto byte = std::clamp<std::int64_t>(std::llround(counts + kSpread * Chance()), kShortest, kLongest);
-            runBytes_ += static_cast<char>(byte);
+            const auto byte = std::clamp<std::int64_t>(std::llround(counts + kSpread * Chance()),
+                                                       machine::kShortestPeriod, machine::kLongestPeriod);
+            runBytes_.push_back(static_cast<machine::RunByte>(byte));
             due_ += cycles;
             written_ += static_cast<double>(byte) * countCycles_ + overheadCycles_;
         }
@@ -64,26 +61,25 @@ public:
     void Silence(double until)
     {
         for (; written_ + silenceCycles_ / 2 < until * clock_; written_ += silenceCycles_)
-            runBytes_ += static_cast<char>(kSilence);
+            runBytes_.push_back(machine::kStaysHigh);
         due_ = written_;
     }
 
-    [[nodiscard]] std::string Take() { return std::move(runBytes_); }
+    [[nodiscard]] machine::RunBytes Take() { return std::move(runBytes_); }
 
 private:
-    static double CyclesOf(std::int64_t byte, const Playback& playback)
+    static double CyclesOf(machine::RunByte byte, const machine::Playback& playback)
     {
-        const auto [first, second] = machine::HalvesOf(byte, playback.rate, playback.machine.waits);
-        return static_cast<double>(first + second);
+        return static_cast<double>(machine::CyclesOf(byte, playback));
     }
 
     /// In cycles: of the pitch, or of that by octaves away which a byte can hold.
     [[nodiscard]] double PeriodWithinBytes(double hertz) const
     {
         double cycles = clock_ / hertz;
-        while (cycles < overheadCycles_ + (kShortest + 1) * countCycles_)
+        while (cycles < overheadCycles_ + (machine::kShortestPeriod + 1) * countCycles_)
             cycles *= 2;
-        while (cycles > overheadCycles_ + (kLongest - 1) * countCycles_)
+        while (cycles > overheadCycles_ + (machine::kLongestPeriod - 1) * countCycles_)
             cycles /= 2;
         return cycles;
     }
@@ -101,12 +97,13 @@ private:
     double overheadCycles_; // for each period, on top
     double due_ = 0;        // cycles, when the last period was to end
     double written_ = 0;    // cycles, when it ends
-    std::string runBytes_;
+    machine::RunBytes runBytes_;
     std::minstd_rand random_; // the same for each melody, so that it is prepared the same each time
 };
 
 /// The run bytes of the notes, of each only that part from its beginning on.
-std::string Play(const std::vector<float>& track, const std::vector<Note>& notes, double part, const Playback& playback)
+machine::RunBytes Play(const std::vector<float>& track, const std::vector<Note>& notes, double part,
+                       const machine::Playback& playback)
 {
     const auto timeOf = [&](std::size_t k) {
         return static_cast<double>((k - notes.front().first) * kPitchHop) / kSoundRate;
@@ -123,14 +120,14 @@ std::string Play(const std::vector<float>& track, const std::vector<Note>& notes
 
 } // namespace
 
-std::string MelodyPeriods(std::span<const float> sound, const Playback& playback, std::size_t mostRunBytes,
-                          const Progress& progress)
+machine::RunBytes MelodyPeriods(std::span<const float> sound, const machine::Playback& playback,
+                                std::size_t mostRunBytes, const Progress& progress)
 {
     constexpr int kParts = 30;
     constexpr int kFewestParts = 12;
     const auto track = PitchTrack(sound, progress);
     const auto notes = NotesOf(track);
-    std::string runBytes;
+    machine::RunBytes runBytes;
     for (int parts = kParts; parts >= kFewestParts; --parts) {
         runBytes = Play(track, notes, static_cast<double>(parts) / kParts, playback);
         if (runBytes.size() <= mostRunBytes) break;

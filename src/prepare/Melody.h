@@ -9,17 +9,17 @@
 // What is silent before the first tone and behind the last is left out.
 #pragma once
 
+#include "machine/RunBytes.h"
 #include "prepare/Sound.h"
 
 #include <cstddef>
 #include <span>
-#include <string>
 
 namespace prepare {
 
 /// The run bytes of the melody of `sound`, without the end mark; empty where none is heard. Where it can't be heard in
 /// `mostRunBytes`, the list is longer: the shortest that is still the tune.
-[[nodiscard]] std::string MelodyPeriods(std::span<const float> sound, const Playback& playback,
-                                        std::size_t mostRunBytes, const Progress& progress);
+[[nodiscard]] machine::RunBytes MelodyPeriods(std::span<const float> sound, const machine::Playback& playback,
+                                              std::size_t mostRunBytes, const Progress& progress);
 
 } // namespace prepare

@@ -3,6 +3,7 @@
 
 #include "command/Messages.h"
 #include "machine/Memory.h"
+#include "machine/RunBytes.h"
 #include "prepare/ReadSound.h"
 #include "prepare/Sound.h"
 
@@ -23,8 +24,9 @@ struct Options {
     Kind kind = Kind::Speech;
     std::int64_t size = machine::kLargestSize; // bytes, what the PC-1600's file may take
     Part part;
-    Playback playback = {.rate = machine::kSampleRates.back(), .machine = {}}; // whose delay steps are the finest
-    bool waits = false;                                                        // for Return, before the program ends
+    machine::Playback playback = {.rate = machine::kSampleRates.back(),
+                                  .machine = {}}; // whose delay steps are the finest
+    bool waits = false;                           // for Return, before the program ends
 };
 
 /// Requires: `arguments` are UTF-8, and without the program's name.

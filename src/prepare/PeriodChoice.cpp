@@ -6,8 +6,6 @@
 namespace prepare {
 namespace {
 
-constexpr std::int64_t kGoesOn = 254;
-constexpr std::int64_t kLeast = 2;
 constexpr double kLongestPeriod = 0.010; // seconds; no band of a target lies lower
 constexpr double kDeepSilence = 0.030;   // seconds from what is to be heard
 constexpr float kSilenceCost = 0.1F;     // of a millisecond of it that is spent in periods
@@ -54,14 +52,14 @@ double At(const std::vector<double>& sums, double sample)
 
 } // namespace
 
-PeriodChoice::PeriodChoice(std::span<const float> target, const Playback& playback)
+PeriodChoice::PeriodChoice(std::span<const float> target, const machine::Playback& playback)
     : playback_(playback),
-      step_(playback.rate.stepCycles + playback.rate.stepFetches * playback.machine.waits),
+      step_(machine::StepCycles(playback)),
       steps_(target.size() * static_cast<std::size_t>(playback.machine.clock) / kSoundRate /
              static_cast<std::size_t>(2 * step_)),
       longest_(std::clamp<std::int64_t>(std::llround(kLongestPeriod * static_cast<double>(playback.machine.clock)) /
                                             (2 * step_),
-                                        kLeast, kGoesOn - 1)),
+                                        machine::kShortestPeriod, machine::kLongestPeriod)),
       mids_(kPlaces * 2 * Columns()),
       ends_(2 * kPlaces * Columns()),
       silence_(Columns()),
@@ -113,15 +111,15 @@ void PeriodChoice::Reach(std::int64_t time, std::int64_t byte, float score)
 /// lies one farther in each table, so that the compiler makes it a loop over vectors.
 void PeriodChoice::Spread(std::int64_t time, float base)
 {
-    const auto shortest = machine::HalvesOf(kLeast, playback_.rate, playback_.machine.waits);
+    const auto shortest = machine::HalvesOf(machine::kShortestPeriod, playback_);
     const auto end = time + shortest.first + shortest.second;
     const auto state = StateOf(end);
     const float* const __restrict mids = &mids_[IndexOf(time + shortest.first, step_, kPlaces, 2 * Columns())];
     const float* const __restrict ends = &ends_[IndexOf(end, 2 * step_, 2 * kPlaces, Columns())];
     float* const __restrict score = &score_[state];
     std::int32_t* const __restrict from = &from_[state];
-    const auto first = static_cast<std::int32_t>((end % (2 * step_)) << kByteBits | kLeast);
-    const auto count = static_cast<std::int32_t>(longest_ - kLeast + 1);
+    const auto first = static_cast<std::int32_t>((end % (2 * step_)) << kByteBits | machine::kShortestPeriod);
+    const auto count = static_cast<std::int32_t>(longest_ - machine::kShortestPeriod + 1);
     for (std::int32_t i = 0; i < count; ++i) {
         const auto sum = base + mids[i] - ends[i];
         const std::int32_t better = sum > score[i] ? -1 : 0; // a mask and no branch, for the vectors' sake
@@ -130,9 +128,9 @@ void PeriodChoice::Spread(std::int64_t time, float base)
     }
 }
 
-std::string PeriodChoice::AtPrice(float price)
+machine::RunBytes PeriodChoice::AtPrice(float price)
 {
-    const auto silent = machine::HalvesOf(kGoesOn, playback_.rate, playback_.machine.waits);
+    const auto silent = machine::CyclesOf(machine::kStaysHigh, playback_);
     std::ranges::fill(score_, kNever);
     score_[0] = 0;
     from_[0] = 0;
@@ -144,13 +142,13 @@ std::string PeriodChoice::AtPrice(float price)
             const auto base = score_[state] - price;
             const auto end = ends_[IndexOf(time, 2 * step_, 2 * kPlaces, Columns())]; // of the period before
             Spread(time, base - (end - 2 * silence_[step]));
-            Reach(time + silent.first + silent.second, kGoesOn, base);
+            Reach(time + silent, machine::kStaysHigh, base);
         }
     return WayBack();
 }
 
 /// The bytes that lead to the best place near the end.
-std::string PeriodChoice::WayBack() const
+machine::RunBytes PeriodChoice::WayBack() const
 {
     std::int64_t time = 0;
     float best = kNever;
@@ -161,19 +159,19 @@ std::string PeriodChoice::WayBack() const
             best = score_[state];
             time = TimeOf(step, from_[state]);
         }
-    std::string bytes;
+    machine::RunBytes bytes;
     while (time > 0) {
-        const auto byte = from_[StateOf(time)] & kByteMask;
-        const auto halves = machine::HalvesOf(byte, playback_.rate, playback_.machine.waits);
-        bytes += static_cast<char>(byte);
-        time -= halves.first + halves.second;
+        bytes.push_back(static_cast<machine::RunByte>(from_[StateOf(time)] & kByteMask));
+        time -= machine::CyclesOf(bytes.back(), playback_);
     }
+    const auto isSilence = [](auto byte) { return byte == machine::kStaysHigh; };
+    bytes.erase(bytes.begin(), std::ranges::find_if_not(bytes, isSilence)); // at the end, where nobody misses it
     std::ranges::reverse(bytes);
-    bytes.resize(bytes.find_last_not_of(static_cast<char>(kGoesOn)) + 1); // silence at the end, which nobody misses
     return bytes;
 }
 
-FittedPeriods FitPeriods(std::span<const float> target, const Playback& playback, Prices prices, std::size_t mostBytes)
+FittedPeriods FitPeriods(std::span<const float> target, const machine::Playback& playback, Prices prices,
+                         std::size_t mostBytes)
 {
     constexpr int kTries = 7;
     constexpr double kFull = 0.985; // of the bytes asked for is as good as all

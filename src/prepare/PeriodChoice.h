@@ -8,11 +8,11 @@
 // recording for it.
 #pragma once
 
+#include "machine/RunBytes.h"
 #include "prepare/Sound.h"
 
 #include <cstddef>
 #include <span>
-#include <string>
 #include <vector>
 
 namespace prepare {
@@ -20,10 +20,10 @@ namespace prepare {
 /// Chooses for one target, at as many prices as are asked for.
 class PeriodChoice {
 public:
-    PeriodChoice(std::span<const float> target, const Playback& playback);
+    PeriodChoice(std::span<const float> target, const machine::Playback& playback);
 
     /// The best list at `price` for each byte, without the end mark.
-    [[nodiscard]] std::string AtPrice(float price);
+    [[nodiscard]] machine::RunBytes AtPrice(float price);
 
 private:
     static constexpr std::size_t kPlaces = 4; // of the target's integral within a delay step
@@ -37,9 +37,9 @@ private:
     [[nodiscard]] std::int64_t TimeOf(std::size_t column, std::int32_t from) const;
     void Spread(std::int64_t time, float base);
     void Reach(std::int64_t time, std::int64_t byte, float score);
-    [[nodiscard]] std::string WayBack() const;
+    [[nodiscard]] machine::RunBytes WayBack() const;
 
-    Playback playback_;
+    machine::Playback playback_;
     std::int64_t step_;          // cycles of a delay step
     std::size_t steps_;          // of two delay steps each, up to the target's end
     std::int64_t longest_;       // byte that is tried
@@ -57,12 +57,12 @@ struct Prices {
 };
 
 struct FittedPeriods {
-    std::string runBytes;
+    machine::RunBytes runBytes;
     float price;
 };
 
 /// The best list at about the least price at which it has no more than `mostBytes`; at the most price where none has.
-[[nodiscard]] FittedPeriods FitPeriods(std::span<const float> target, const Playback& playback, Prices prices,
+[[nodiscard]] FittedPeriods FitPeriods(std::span<const float> target, const machine::Playback& playback, Prices prices,
                                        std::size_t mostBytes);
 
 } // namespace prepare

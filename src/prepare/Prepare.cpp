@@ -4,6 +4,7 @@
 #include "core/SoundFileHeader.h"
 #include "core/WaveAcceptance.h"
 #include "files/Files.h"
+#include "machine/Timing.h"
 #include "prepare/Melody.h"
 #include "prepare/RecordingBytes.h"
 #include "prepare/Refusal.h"
@@ -31,22 +32,17 @@ fs::path OutputBeside(const fs::path& input)
     return input.parent_path() / name;
 }
 
-std::int64_t CyclesOf(std::int64_t byte, const Playback& playback)
-{
-    const auto halves = machine::HalvesOf(byte, playback.rate, playback.machine.waits);
-    return halves.first + halves.second;
-}
-
 /// How long, in whole seconds, a sound may be for its recording to be one that the window takes, whatever periods it is
 /// made of: each sample of it is played for two delay steps at least.
-double MostSeconds(const Playback& playback)
+double MostSeconds(const machine::Playback& playback)
 {
     constexpr double kSamples = core::kLargestWaveFile - 1000; // the header, and a list may end behind its sound
-    const auto cyclesPerSample = CyclesOf(3, playback) - CyclesOf(2, playback);
+    const auto cyclesPerSample = machine::CyclesOf(3, playback) - machine::CyclesOf(2, playback);
     return std::floor(kSamples * static_cast<double>(cyclesPerSample) / static_cast<double>(playback.machine.clock));
 }
 
-std::string PeriodsFor(const Sound& sound, const Options& options, std::size_t mostRunBytes, const Progress& progress)
+machine::RunBytes PeriodsFor(const Sound& sound, const Options& options, std::size_t mostRunBytes,
+                             const Progress& progress)
 {
     switch (options.kind) {
     case Kind::Speech: return SpeechPeriods(sound, options.playback, mostRunBytes, progress);
@@ -56,27 +52,21 @@ std::string PeriodsFor(const Sound& sound, const Options& options, std::size_t m
     return SoundPeriods(sound, options.playback, mostRunBytes, progress);
 }
 
-double SecondsOnMachine(const std::string& runBytes, const Playback& playback)
-{
-    const auto performance = machine::PerformanceOf(runBytes, playback.rate, playback.machine.waits);
-    return static_cast<double>(performance.end) / static_cast<double>(playback.machine.clock);
-}
-
 /// The run bytes of what was read, as many as `options` allow.
-std::string FittingPeriods(const Sound& sound, const Options& options, const Progress& progress)
+machine::RunBytes FittingPeriods(const Sound& sound, const Options& options, const Progress& progress)
 {
     const auto most = static_cast<std::size_t>(options.size - core::kTokensPC1600 - 1); // the end mark
     auto runBytes = PeriodsFor(sound, options, most, progress);
     if (runBytes.empty()) throw Refusal("There is nothing to be heard in it.");
     if (runBytes.size() <= most) return runBytes;
-    const auto fit =
-        SecondsOnMachine(runBytes, options.playback) * static_cast<double>(most) / static_cast<double>(runBytes.size());
+    const auto fit = machine::SecondsOf(runBytes, options.playback) * static_cast<double>(most) /
+                     static_cast<double>(runBytes.size());
     throw Refusal("It is too long for " + std::to_string(options.size) + " bytes. About " + TimeText(fit) +
                   " of it would fit: take a part, for example with --from 0:30 --length " + TimeText(fit) + ".");
 }
 
 std::string Answer(const fs::path& input, const fs::path& output, const Options& options, const Recording& recording,
-                   const std::string& runBytes)
+                   const machine::RunBytes& runBytes)
 {
     const auto inPokEmul = static_cast<std::int64_t>(runBytes.size()) + 1; // the end mark
     const auto inPC1600 = inPokEmul + core::kTokensPC1600;
@@ -90,7 +80,7 @@ std::string Answer(const fs::path& input, const fs::path& output, const Options&
          << (recording.channels == 1 ? " channel" : " channels")
          << "\ntaken: " << TimeText(static_cast<double>(recording.sound.size()) / kSoundRate) << " from "
          << TimeText(options.part.from) << "\nmade: " << Utf8(output.u8string()) << ", " << options.playback.rate.hertz
-         << " Hz\nseconds: " << std::fixed << std::setprecision(3) << SecondsOnMachine(runBytes, options.playback)
+         << " Hz\nseconds: " << std::fixed << std::setprecision(3) << machine::SecondsOf(runBytes, options.playback)
          << "\nrun bytes: " << inPokEmul << "\nsize: " << inPC1600 << " for the PC-1600, " << inPokEmul
          << " for PokEmul\n32 KB extension: " << (needsExtension ? "needed" : "not needed for the size")
          << "\ntitle on the machine: " << Utf8(fs::path(title).u8string())

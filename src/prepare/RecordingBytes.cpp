@@ -10,8 +10,7 @@ namespace {
 
 constexpr char kLow = 64;
 constexpr char kHigh = '\xC0';
-constexpr std::size_t kUnseen = 2;   // samples at the end that the encoder never looks at
-constexpr std::size_t kGoesOn = 254; // the byte that doesn't end its period
+constexpr std::size_t kUnseen = 2; // samples at the end that the encoder never looks at
 
 void AppendPeriod(std::string& bytes, std::size_t samples)
 {
@@ -21,26 +20,26 @@ void AppendPeriod(std::string& bytes, std::size_t samples)
 
 } // namespace
 
-std::size_t RecordingSamples(std::string_view runBytes)
+std::size_t RecordingSamples(std::span<const machine::RunByte> runBytes)
 {
-    return std::accumulate(runBytes.begin(), runBytes.end(), kUnseen,
-                           [](std::size_t sum, char byte) { return sum + static_cast<std::uint8_t>(byte); });
+    return std::accumulate(runBytes.begin(), runBytes.end(), kUnseen);
 }
 
-std::string RecordingBytes(std::string_view runBytes, const machine::SampleRate& rate)
+std::string RecordingBytes(std::span<const machine::RunByte> runBytes, const machine::SampleRate& rate)
 {
     const auto samples = RecordingSamples(runBytes);
     auto bytes = core::WaveHeader(static_cast<std::int64_t>(samples), rate.hertz, 1);
     bytes.reserve(bytes.size() + samples);
     std::size_t period = 0;
     for (std::size_t i = 0; i < runBytes.size(); ++i) {
-        const std::size_t byte = static_cast<std::uint8_t>(runBytes[i]);
-        if (byte == 0 && period > kGoesOn) { // a 0 belongs to a single 254; those before it are a period by themselves
-            AppendPeriod(bytes, period - kGoesOn);
-            period = kGoesOn;
+        const auto byte = runBytes[i];
+        if (byte == 0 &&
+            period > machine::kStaysHigh) { // a 0 belongs to a single 254; those before it are a period by themselves
+            AppendPeriod(bytes, period - machine::kStaysHigh);
+            period = machine::kStaysHigh;
         }
         period += byte;
-        if (byte == kGoesOn && i + 1 < runBytes.size()) continue;
+        if (byte == machine::kStaysHigh && i + 1 < runBytes.size()) continue;
         AppendPeriod(bytes, period);
         period = 0;
     }

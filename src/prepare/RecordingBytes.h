@@ -9,17 +9,17 @@
 //     0                only behind 254, but not behind exactly two of them
 #pragma once
 
-#include "machine/SampleRates.h"
+#include "machine/RunBytes.h"
 
+#include <span>
 #include <string>
-#include <string_view>
 
 namespace prepare {
 
 /// The samples that a recording of `runBytes` has, with the two that nobody looks at.
-[[nodiscard]] std::size_t RecordingSamples(std::string_view runBytes);
+[[nodiscard]] std::size_t RecordingSamples(std::span<const machine::RunByte> runBytes);
 
 /// The whole Wave file. Requires: a recording can lead to `runBytes`.
-[[nodiscard]] std::string RecordingBytes(std::string_view runBytes, const machine::SampleRate& rate);
+[[nodiscard]] std::string RecordingBytes(std::span<const machine::RunByte> runBytes, const machine::SampleRate& rate);
 
 } // namespace prepare

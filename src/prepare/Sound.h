@@ -1,9 +1,6 @@
 // Sound.h: a decoded sound, and what it is prepared for.
 #pragma once
 
-#include "machine/SampleRates.h"
-#include "machine/Timing.h"
-
 #include <functional>
 #include <vector>
 
@@ -12,12 +9,6 @@ namespace prepare {
 inline constexpr int kSoundRate = 22050; // Hz; what a sound is converted to when it is read
 
 using Sound = std::vector<float>; // mono, -1 to 1, at kSoundRate
-
-/// How the prepared recording will be played.
-struct Playback {
-    machine::SampleRate rate; // of the recording
-    machine::Machine machine;
-};
 
 /// Told now and then which part of the work is done, 0 to 1.
 using Progress = std::function<void(double done)>;

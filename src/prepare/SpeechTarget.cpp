@@ -66,8 +66,8 @@ Levels TargetOf(std::span<const float> sound, Bands bands)
     return Trimmed(target);
 }
 
-std::string PeriodsOf(const Levels& target, const Playback& playback, std::size_t mostRunBytes,
-                      const Progress& progress)
+machine::RunBytes PeriodsOf(const Levels& target, const machine::Playback& playback, std::size_t mostRunBytes,
+                            const Progress& progress)
 {
     constexpr Prices kPrices{.least = 0.09F, .most = 2.0F};
     auto fit = FitPeriods(target, playback, kPrices, mostRunBytes);
@@ -81,14 +81,14 @@ std::string PeriodsOf(const Levels& target, const Playback& playback, std::size_
 
 } // namespace
 
-std::string SpeechPeriods(std::span<const float> sound, const Playback& playback, std::size_t mostRunBytes,
-                          const Progress& progress)
+machine::RunBytes SpeechPeriods(std::span<const float> sound, const machine::Playback& playback,
+                                std::size_t mostRunBytes, const Progress& progress)
 {
     return PeriodsOf(TargetOf(sound, Bands::Levelled), playback, mostRunBytes, progress);
 }
 
-std::string SoundPeriods(std::span<const float> sound, const Playback& playback, std::size_t mostRunBytes,
-                         const Progress& progress)
+machine::RunBytes SoundPeriods(std::span<const float> sound, const machine::Playback& playback,
+                               std::size_t mostRunBytes, const Progress& progress)
 {
     return PeriodsOf(TargetOf(sound, Bands::AsTheyAre), playback, mostRunBytes, progress);
 }

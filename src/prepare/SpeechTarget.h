@@ -6,20 +6,20 @@
 // What is silent before the first sound and behind the last is left out.
 #pragma once
 
+#include "machine/RunBytes.h"
 #include "prepare/Sound.h"
 
 #include <cstddef>
 #include <span>
-#include <string>
 
 namespace prepare {
 
 /// The run bytes for `sound`, without the end mark: no more than are worth it, and no more than `mostRunBytes`; empty
 /// where nothing is to be heard. Where it can't be heard in so few, the list is longer than `mostRunBytes`: the
 /// shortest that is still worth hearing.
-[[nodiscard]] std::string SpeechPeriods(std::span<const float> sound, const Playback& playback,
-                                        std::size_t mostRunBytes, const Progress& progress);
-[[nodiscard]] std::string SoundPeriods(std::span<const float> sound, const Playback& playback, std::size_t mostRunBytes,
-                                       const Progress& progress);
+[[nodiscard]] machine::RunBytes SpeechPeriods(std::span<const float> sound, const machine::Playback& playback,
+                                              std::size_t mostRunBytes, const Progress& progress);
+[[nodiscard]] machine::RunBytes SoundPeriods(std::span<const float> sound, const machine::Playback& playback,
+                                             std::size_t mostRunBytes, const Progress& progress);
 
 } // namespace prepare

@@ -45,22 +45,20 @@ std::vector<std::string> WarningsOf(const SoundFile& sound)
 
 std::string ReportOn(const SoundFile& sound, const machine::Machine& onMachine)
 {
-    const auto periods = machine::PeriodsOf(sound.runBytes, sound.sampleRate, onMachine.waits);
-    const auto pitchOf = [&](const machine::Period& period) {
-        return machine::PitchOf(period, sound.sampleRate, onMachine.clock);
-    };
+    const machine::Playback playback{.rate = sound.sampleRate, .machine = onMachine};
+    const auto periods = machine::PeriodsOf(sound.runBytes, playback);
+    const auto pitchOf = [&](const machine::Period& period) { return machine::PitchOf(period, playback); };
     machine::Period whole{};
     for (const auto& period : periods) {
         whole.samples += period.samples;
         whole.cycles += period.cycles;
     }
-    const auto seconds = static_cast<double>(whole.cycles) / static_cast<double>(onMachine.clock);
 
     std::ostringstream text;
     text << "target: " << (sound.loadAddress ? "PC-1600" : "PokEmul") << "\ntitle: " << ReadableTitle(sound.title);
     if (sound.loadAddress) text << "\nload address: " << AddressText(*sound.loadAddress);
     text << "\nsample rate: " << sound.sampleRate.hertz << " Hz\nperiods: " << periods.size()
-         << "\nseconds: " << std::fixed << std::setprecision(3) << seconds;
+         << "\nseconds: " << std::fixed << std::setprecision(3) << machine::SecondsOf(whole.cycles, onMachine);
     if (periods.empty()) {
         text << "\npitch: none\nshortest period: none\nlongest period: none\n";
     } else {

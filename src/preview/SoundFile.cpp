@@ -13,7 +13,7 @@ using namespace core;
 
 constexpr std::size_t kFileHeader = kFileHeaderTokens; // a token is a byte of the file
 constexpr std::size_t kPlayer = kTokensPokeMul;
-constexpr char kEndMark = '\xFF';
+constexpr auto kEndMark = static_cast<char>(machine::kEndMark);
 constexpr std::string_view kAfterEndMark("\0\0", 2);
 
 std::uint32_t ByteAt(std::string_view bytes, std::size_t offset)
@@ -99,7 +99,8 @@ std::variant<SoundFile, Refusal> Parse(std::string_view bytes)
     SoundFile sound{.loadAddress = std::nullopt,
                     .sampleRate = *rate,
                     .title = WithoutFill(bytes.substr(kTitleToken - absent, kTitleTokens)),
-                    .runBytes = std::string(bytes.substr(front, endMark - front))};
+                    .runBytes = {bytes.begin() + static_cast<std::ptrdiff_t>(front),
+                                 bytes.begin() + static_cast<std::ptrdiff_t>(endMark)}};
     if (hasHeader) sound.loadAddress = WordAt(bytes, kLoadAddressToken);
     return sound;
 }

@@ -9,7 +9,7 @@
 
 #include "core/SoundFileHeader.h"
 #include "machine/Memory.h"
-#include "machine/SampleRates.h"
+#include "machine/RunBytes.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -28,7 +28,7 @@ struct SoundFile {
     std::optional<std::uint32_t> loadAddress; // none: a file for PokEmul
     machine::SampleRate sampleRate;           // of the recording
     std::string title;                        // Latin-1, without the zeros that fill its field
-    std::string runBytes;                     // without the end mark
+    machine::RunBytes runBytes;
 };
 
 /// Why something can't be done: English, for the user, to be shown behind the file's name.

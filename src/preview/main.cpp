@@ -49,7 +49,7 @@ int Preview(const Options& options)
         command::Complain(kProgram, options.input, "warning: " + warning);
     const auto report = ReportOn(sound, options.machine);
     const auto wave = [&](const files::ByteSink& sink) {
-        WriteWave(machine::PerformanceOf(sound.runBytes, sound.sampleRate, options.machine.waits),
+        WriteWave(machine::PerformanceOf(sound.runBytes, {.rate = sound.sampleRate, .machine = options.machine}),
                   options.machine.clock, options.rate, sink);
     };
     if (options.output == kStandardOutput) {

@@ -51,7 +51,7 @@ void RequireSound(const std::filesystem::path& saved, const std::string& file, s
                                                             : 6000),
             "the file's rate");
     const auto samples = std::accumulate(sound.runBytes.begin(), sound.runBytes.end(), 0L,
-                                         [](auto sum, char byte) { return sum + static_cast<unsigned char>(byte); });
+                                         [](auto sum, auto byte) { return sum + byte; });
     Require(samples == LastFall(file), "the periods add up to the last fall");
 }
 

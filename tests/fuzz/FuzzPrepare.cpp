@@ -38,8 +38,8 @@ void TrySound(int switches, const std::string& bytes)
     Sound sound;
     for (const auto sample : samples)
         sound.insert(sound.end(), 1 + static_cast<std::size_t>(switches / 64) * 20, static_cast<float>(sample) / 32768);
-    const Playback playback{machine::kSampleRates[static_cast<std::size_t>(switches) / 4 % 3],
-                            {.clock = 3'580'000, .waits = switches & 1}};
+    const machine::Playback playback{machine::kSampleRates[static_cast<std::size_t>(switches) / 4 % 3],
+                                     {.clock = 3'580'000, .waits = switches & 1}};
     const auto periods = (switches & 2) != 0 ? SpeechPeriods : (switches & 16) != 0 ? SoundPeriods : MelodyPeriods;
     const auto runBytes = periods(sound, playback, 2000, [](double) {});
     if (runBytes.empty()) return;
@@ -49,7 +49,7 @@ void TrySound(int switches, const std::string& bytes)
     const auto tokens = core::EncodePeriods(std::string_view(recording).substr(44), nullptr, yield);
     if (core::TokenCount(tokens) != runBytes.size() + 1) std::abort();
     for (std::size_t k = 0; k < runBytes.size(); ++k)
-        if (core::ByteOfToken(tokens, k) != static_cast<std::uint8_t>(runBytes[k])) std::abort();
+        if (core::ByteOfToken(tokens, k) != runBytes[k]) std::abort();
 }
 
 } // namespace

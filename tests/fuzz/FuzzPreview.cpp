@@ -16,12 +16,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto* const sound = std::get_if<preview::SoundFile>(&parsed);
     if (sound == nullptr) return std::get<preview::Refusal>(parsed).reason.size() > 20 ? 0 : (std::abort(), 1);
 
-    const auto performance = machine::PerformanceOf(sound->runBytes, sound->sampleRate, machine.waits);
+    const auto performance = machine::PerformanceOf(sound->runBytes, {sound->sampleRate, machine});
     std::size_t bytes = 0;
     preview::WriteWave(performance, machine.clock, 8000, [&](auto piece) { bytes += piece.size(); });
     const auto samples = static_cast<double>(performance.end) * 8000 / static_cast<double>(machine.clock);
     const auto missing = static_cast<double>(bytes) - 44 - 2 * samples;
-    if (file.find(sound->runBytes + Bytes("ff 00 00")) == std::string::npos || missing < -2 || missing > 2 ||
+    if (file.find(std::string(sound->runBytes.begin(), sound->runBytes.end()) + Bytes("ff 00 00")) ==
+            std::string::npos ||
+        missing < -2 || missing > 2 ||
         preview::ReportOn(*sound, machine).find("\nlongest period: ") == std::string::npos)
         std::abort();
     return 0;

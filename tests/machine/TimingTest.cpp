@@ -4,6 +4,7 @@
 #include "core/WaveAcceptance.h"
 #include "preview/SoundFile.h"
 #include "support/KnownFile.h"
+#include "support/RunBytesOf.h"
 #include "support/WaveBytes.h"
 #include "support/Z80Machine.h"
 
@@ -36,7 +37,7 @@ TEST(SampleRates, GoAllTheWayFromTheRecordingToThePort)
                 EXPECT_EQ(sound.sampleRate.hertz, rate.hertz);
 
                 const auto levels = Play(player, waits);
-                const auto writes = PerformanceOf(sound.runBytes, sound.sampleRate, waits).writes;
+                const auto writes = PerformanceOf(sound.runBytes, {sound.sampleRate, {.waits = waits}}).writes;
                 ASSERT_EQ(levels.size(), 40U);
                 ASSERT_EQ(writes.size(), 40U);
                 for (std::size_t i = 0; i < writes.size(); ++i) {
@@ -52,7 +53,7 @@ TEST(SampleRates, GoAllTheWayFromTheRecordingToThePort)
 TEST(Pitch, IsWhatTheFileFormatTells)
 {
     const auto periodOf = [](long samples, const SampleRate& rate) {
-        return PeriodsOf(std::string(1, static_cast<char>(samples)), rate, Machine().waits).at(0);
+        return PeriodsOf(RunBytes{static_cast<RunByte>(samples)}, {rate, {}}).at(0);
     };
     std::ostringstream table;
     std::string rule = "\n|---|";
@@ -66,7 +67,7 @@ TEST(Pitch, IsWhatTheFileFormatTells)
     for (const long samples : {2, 5, 10, 20, 50, 100, 250}) {
         table << "\n| " << samples << " |";
         for (const auto& rate : kSampleRates) {
-            const auto pitch = PitchOf(periodOf(samples, rate), rate, Machine().clock);
+            const auto pitch = PitchOf(periodOf(samples, rate), {rate, {}});
             table << std::setprecision(1) << ' ' << (1 - pitch) * 100 << " %, " << std::setprecision(0)
                   << -1200 * std::log2(pitch) << " cents |";
         }
@@ -86,7 +87,7 @@ TEST(Periods, GoFromRiseToRise)
              {"00", {{256, 115826}}},                  // no recording leads to it
          }) {
         Periods found;
-        for (const auto& period : PeriodsOf(Bytes(runBytes), *RateOfHertz(8000), 1))
+        for (const auto& period : PeriodsOf(RunBytesOf(runBytes), {*RateOfHertz(8000), {}}))
             found.emplace_back(period.samples, period.cycles);
         EXPECT_EQ(found, expected) << runBytes;
     }

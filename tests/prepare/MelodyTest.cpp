@@ -43,12 +43,12 @@ Sound Plucked(const std::vector<Note>& notes, double vibrato = 0)
     return sound;
 }
 
-Playback At(std::uint32_t hertz, machine::Machine machine = {})
+machine::Playback At(std::uint32_t hertz, machine::Machine machine = {})
 {
     return {*machine::RateOfHertz(hertz), machine};
 }
 
-std::string Melody(const Sound& sound, const Playback& playback, std::size_t mostRunBytes = 100'000)
+machine::RunBytes Melody(const Sound& sound, const machine::Playback& playback, std::size_t mostRunBytes = 100'000)
 {
     return MelodyPeriods(sound, playback, mostRunBytes, [](double) {});
 }
@@ -59,15 +59,13 @@ struct Heard {
     double hertz = 0; // their mean
 };
 
-Heard HeardWithin(const std::string& runBytes, const Playback& playback, double from, double to)
+Heard HeardWithin(const machine::RunBytes& runBytes, const machine::Playback& playback, double from, double to)
 {
     Heard heard;
     double time = 0;
     double sounding = 0;
-    for (const char c : runBytes) {
-        const auto byte = static_cast<unsigned char>(c);
-        const auto [first, second] = machine::HalvesOf(byte, playback.rate, playback.machine.waits);
-        const double seconds = static_cast<double>(first + second) / static_cast<double>(playback.machine.clock);
+    for (const auto byte : runBytes) {
+        const double seconds = machine::SecondsOf(machine::CyclesOf(byte, playback), playback.machine);
         if (byte != 254 && time >= from && time + seconds <= to) {
             ++heard.periods;
             sounding += seconds;
@@ -83,9 +81,9 @@ double Cents(double hertz, double reference)
     return 1200 * std::log2(hertz / reference);
 }
 
-std::ptrdiff_t Silences(const std::string& runBytes)
+std::ptrdiff_t Silences(const machine::RunBytes& runBytes)
 {
-    return std::ranges::count(runBytes, '\xFE');
+    return std::ranges::count(runBytes, 254);
 }
 
 TEST(Melody, PlaysEachNoteAtItsPitchAndTime)
@@ -109,8 +107,8 @@ TEST(Melody, PlaysEachNoteAtItsPitchAndTime)
         }
         EXPECT_GT(HeardWithin(runBytes, playback, start - 0.1, start).periods, 5);
         EXPECT_EQ(HeardWithin(runBytes, playback, start + 0.06, 9).periods, 0);
-        EXPECT_EQ(std::ranges::count_if(runBytes, [](char c) { return (c & 0xFE) == 0 || c == '\xFF'; }), 0);
-        EXPECT_NE(runBytes.back(), '\xFE'); // a recording can't lead to one there
+        EXPECT_EQ(std::ranges::count_if(runBytes, [](auto byte) { return byte < 2 || byte == 255; }), 0);
+        EXPECT_NE(runBytes.back(), 254); // a recording can't lead to one there
     }
 }
 
@@ -170,9 +168,9 @@ TEST(Melody, KeepsTheBeginningsOfNotesWhereItIsTooLong)
 
 TEST(Melody, IsEmptyWhereNoneIsHeard)
 {
-    EXPECT_EQ(Melody({}, At(8000)), "");
-    EXPECT_EQ(Melody(Sound(1), At(8000)), "");
-    EXPECT_EQ(Melody(Sound(kSoundRate), At(8000)), "");
+    EXPECT_TRUE(Melody({}, At(8000)).empty());
+    EXPECT_TRUE(Melody(Sound(1), At(8000)).empty());
+    EXPECT_TRUE(Melody(Sound(kSoundRate), At(8000)).empty());
 }
 
 } // namespace

@@ -1,4 +1,6 @@
+#include "core/HexTokenText.h"
 #include "core/PeriodEncoder.h"
+#include "machine/Timing.h"
 #include "prepare/PeriodChoice.h"
 #include "prepare/RecordingBytes.h"
 #include "prepare/SpeechTarget.h"
@@ -6,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <functional>
 #include <numbers>
@@ -20,17 +21,13 @@ namespace {
 using namespace prepare;
 
 /// The run bytes that the window would make of `recording`, without the end mark.
-std::string Encoded(const std::string& recording)
+machine::RunBytes Encoded(const std::string& recording)
 {
     core::BackgroundTask yield([] {});
     const auto tokens = core::EncodePeriods(std::string_view(recording).substr(44), nullptr, yield);
-    std::string bytes;
-    for (std::size_t i = 2; i < tokens.size(); i += 4) {
-        int byte = 0;
-        std::from_chars(&tokens[i], &tokens[i] + 2, byte, 16);
-        bytes += static_cast<char>(byte);
-    }
-    bytes.pop_back();
+    machine::RunBytes bytes;
+    for (std::size_t k = 0; k + 1 < core::TokenCount(tokens); ++k)
+        bytes.push_back(core::ByteOfToken(tokens, k));
     return bytes;
 }
 
@@ -43,14 +40,14 @@ TEST(RecordingBytes, LeadToEveryListThatARecordingCanLeadTo)
 {
     std::mt19937 random(1600);
     for (int list = 0; list < 2000; ++list) {
-        std::string bytes;
+        machine::RunBytes bytes;
         for (auto periods = random() % 40; periods > 0; --periods) { // each as the encoder would write it
             auto length = random() % 2 == 0 ? 2 + random() % 252 : 2 + random() % 1400;
             if (length >= 254) {
-                for (bytes += '\xFE', length -= 254; length > 254; length -= 254)
-                    bytes += '\xFE';
+                for (bytes.push_back(254), length -= 254; length > 254; length -= 254)
+                    bytes.push_back(254);
             }
-            bytes += static_cast<char>(length);
+            bytes.push_back(static_cast<machine::RunByte>(length));
         }
         const auto recording = RecordingBytes(bytes, Rate(8000));
         ASSERT_EQ(Encoded(recording), bytes);
@@ -60,8 +57,9 @@ TEST(RecordingBytes, LeadToEveryListThatARecordingCanLeadTo)
 
 TEST(RecordingBytes, LeadToALongPeriodAheadOfOneOf254Samples)
 {
-    for (const auto& bytes : {std::string("\xFE\0", 2), std::string("\xFE\xFE\xFE\0", 4), // 508, 254
-                              std::string("\xFE\xFE\xFE\xFE\0\x05", 6)})                  // 762, 254, 5
+    for (const auto& bytes : {machine::RunBytes{254, 0},
+                              {254, 254, 254, 0},          // 508, 254
+                              {254, 254, 254, 254, 0, 5}}) // 762, 254, 5
         EXPECT_EQ(Encoded(RecordingBytes(bytes, Rate(8000))), bytes);
 }
 
@@ -69,7 +67,7 @@ TEST(RecordingBytes, AreAWaveFileWithAHeaderOf44Bytes)
 {
     const std::string header("RIFF\x2b\0\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x11\x2b\0\0\x11\x2b\0\0\1\0\x08\0data\x07\0\0\0",
                              44);
-    EXPECT_EQ(RecordingBytes("\x05", Rate(11025)), header + "@\xC0\xC0\xC0@@@");
+    EXPECT_EQ(RecordingBytes(machine::RunBytes{5}, Rate(11025)), header + "@\xC0\xC0\xC0@@@");
 }
 
 using Wave = std::function<double(double seconds)>;
@@ -104,17 +102,17 @@ void NoProgress(double /*done*/)
 
 constexpr std::size_t kAnySize = 28000;
 
-Playback At(std::uint32_t hertz, std::int64_t clock = 3'580'000, std::int64_t waits = 1)
+machine::Playback At(std::uint32_t hertz, std::int64_t clock = 3'580'000, std::int64_t waits = 1)
 {
     return {.rate = Rate(hertz), .machine = {.clock = clock, .waits = waits}};
 }
 
 /// Where the port falls or rises, in seconds from its first write.
-std::vector<double> EdgesOf(const std::string& runBytes, const Playback& playback)
+std::vector<double> EdgesOf(const machine::RunBytes& runBytes, const machine::Playback& playback)
 {
     std::vector<double> edges;
     bool high = false;
-    for (const auto& write : machine::PerformanceOf(runBytes, playback.rate, playback.machine.waits).writes) {
+    for (const auto& write : machine::PerformanceOf(runBytes, playback).writes) {
         if (write.high != high)
             edges.push_back(static_cast<double>(write.time) / static_cast<double>(playback.machine.clock));
         high = write.high;
@@ -129,7 +127,7 @@ int CountBetween(const std::vector<double>& edges, double from, double to)
 
 class OnEachMachine : public testing::TestWithParam<std::tuple<std::uint32_t, std::int64_t, std::int64_t>> {
 protected:
-    Playback playback_ = std::apply(At, GetParam());
+    machine::Playback playback_ = std::apply(At, GetParam());
 };
 INSTANTIATE_TEST_SUITE_P(Machines, OnEachMachine,
                          testing::Combine(testing::Values(6000U, 8000U, 11025U),
@@ -181,7 +179,7 @@ TEST(SpeechPeriods, FillTheSizeAskedForAndNoMore)
 TEST(SpeechPeriods, AreNoneWhereNothingIsHeard)
 {
     for (const auto& silence : {Sound(), Sound(1), Sound(kSoundRate), Sound(kSoundRate, 0.05F)})
-        EXPECT_EQ(SpeechPeriods(silence, At(11025), kAnySize, NoProgress), "") << silence.size();
+        EXPECT_TRUE(SpeechPeriods(silence, At(11025), kAnySize, NoProgress).empty()) << silence.size();
 }
 
 TEST(SpeechPeriods, HaveSilentPausesAndEnds)
@@ -209,7 +207,7 @@ TEST(SpeechPeriods, HaveSilentPausesAndEnds)
         EXPECT_GT(CountBetween(edges, 0.01, 0.14), 40);
         EXPECT_EQ(CountBetween(edges, 0.55, 1.7), 0); // from 0.1 s behind the first to 0.1 s before the second
         // A run byte is 24.7 ms of silence; the rest of a pause takes some others.
-        EXPECT_NEAR(static_cast<double>(std::ranges::count(list, '\xFE')), (1.35 + 0.15) / 0.0247, 12);
+        EXPECT_NEAR(static_cast<double>(std::ranges::count(list, 254)), (1.35 + 0.15) / 0.0247, 12);
     }
 }
 

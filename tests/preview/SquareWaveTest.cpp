@@ -20,9 +20,9 @@ using machine::Performance;
 
 constexpr std::int64_t kClock = 3'580'000;
 
-Performance Play(std::uint32_t sampleRate, const std::string& runBytes)
+Performance Play(std::uint32_t sampleRate, const machine::RunBytes& runBytes)
 {
-    return machine::PerformanceOf(runBytes, *machine::RateOfHertz(sampleRate), 1);
+    return machine::PerformanceOf(runBytes, {*machine::RateOfHertz(sampleRate), {}});
 }
 
 std::string WaveOf(const Performance& performance, std::int64_t outputRate)
@@ -46,11 +46,11 @@ std::vector<double> SamplesOf(const std::string& wave)
 TEST(SquareWave, IsAWaveFileThatLastsAsLongAsTheSound)
 {
     // Byte 2 at 8000 Hz: 501 + 517 = 1018 cycles are 12.54 samples at 44100 Hz, and 13 samples are 26 bytes.
-    const auto wave = WaveOf(Play(8000, "\2"), 44100);
+    const auto wave = WaveOf(Play(8000, {2}), 44100);
     EXPECT_EQ(wave.substr(0, 44), Bytes("52 49 46 46 3e 00 00 00 57 41 56 45 66 6d 74 20 10 00 00 00 01 00 01 00 44 ac "
                                         "00 00 88 58 01 00 02 00 10 00 64 61 74 61 1a 00 00 00"));
-    EXPECT_EQ(WaveOf(Play(8000, ""), 44100).size(), 44U);
-    const auto levels = SamplesOf(WaveOf(Play(6000, std::string(500, '\xFD')), 44100)); // 935 samples each
+    EXPECT_EQ(WaveOf(Play(8000, {}), 44100).size(), 44U);
+    const auto levels = SamplesOf(WaveOf(Play(6000, machine::RunBytes(500, 253)), 44100)); // 935 samples each
     EXPECT_EQ(levels.at(470), 16000);
     EXPECT_EQ(levels.at(levels.size() - 470), -16000); // nothing has drifted
 }
@@ -60,9 +60,10 @@ TEST(SquareWave, CrossesZeroWhereThePortChanges)
     std::mt19937 random(1600);
     for (const std::uint32_t recording : {6000U, 8000U, 11025U})
         for (const std::int64_t rate : {22050, 44100, 192000}) {
-            std::string runBytes;
+            machine::RunBytes runBytes;
             for (int i = 0; i < 400; ++i)
-                runBytes += static_cast<char>(2 + random() % (i % 2 == 0 ? 9 : 253)); // 254 and so long periods too
+                runBytes.push_back(static_cast<machine::RunByte>(
+                    2 + random() % (i % 2 == 0 ? 9 : 253))); // 254 and so long periods too
             const auto performance = Play(recording, runBytes);
             const auto samples = SamplesOf(WaveOf(performance, rate));
 
@@ -93,14 +94,14 @@ TEST(SquareWave, HasNoToneButTheHarmonics)
     }
     // The fundamental in Hz is the clock by 2 N D + 114.
     for (const auto& [recording, byte, rate, fundamental] :
-         std::vector<std::tuple<unsigned, char, std::int64_t, double>>{
+         std::vector<std::tuple<unsigned, machine::RunByte, std::int64_t, double>>{
              {11025, 2, 44100, 4441.6873}, // the highest, three harmonics below the half rate
              {11025, 2, 11200, 4441.6873}, // just below 0.4 of the rate, up to where the low-pass is flat
              {8000, 3, 192000, 2435.3741},
              {8000, 18, 8000, 433.9394},  // the lowest rate: all aliases are heard
              {11025, 7, 8300, 1411.6719}, // whose third harmonic is just above the half rate
          }) {
-        const auto samples = SamplesOf(WaveOf(Play(recording, std::string(3000, byte)), rate));
+        const auto samples = SamplesOf(WaveOf(Play(recording, machine::RunBytes(3000, byte)), rate));
         const auto loudness = [&](std::size_t line) {
             std::complex<double> sum;
             for (std::size_t i = 0; i < kSize; ++i)
