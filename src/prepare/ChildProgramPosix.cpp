@@ -1,6 +1,7 @@
 #include "prepare/ChildProgram.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -11,7 +12,8 @@
 
 namespace prepare {
 
-std::unique_ptr<ChildProgram> ChildProgram::Start(const std::string& name, const std::vector<std::string>& arguments)
+std::unique_ptr<ChildProgram> ChildProgram::Start(const std::string& name, const std::vector<std::string>& arguments,
+                                                  const Progress& progress)
 {
     std::array<int, 2> ends{}; // of the pipe: to read from, to write to
     if (pipe2(ends.data(), O_CLOEXEC) != 0) return nullptr;
@@ -39,17 +41,25 @@ std::unique_ptr<ChildProgram> ChildProgram::Start(const std::string& name, const
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     close(ends[1]);
-    if (failed == 0) return std::unique_ptr<ChildProgram>(new ChildProgram(ends[0], process));
+    if (failed == 0) return std::unique_ptr<ChildProgram>(new ChildProgram(ends[0], process, progress));
     close(ends[0]);
     return nullptr;
 }
 
 ChildProgram::~ChildProgram()
 {
-    close(output_);
+    close(static_cast<int>(output_));
     const auto process = static_cast<pid_t>(process_);
     kill(process, SIGKILL);
     waitpid(process, nullptr, 0);
+}
+
+std::int64_t ChildProgram::ReadWhatComes(void* bytes, std::int64_t count)
+{
+    constexpr int kMoment = 50; // ms
+    pollfd output{.fd = static_cast<int>(output_), .events = POLLIN, .revents = 0};
+    if (poll(&output, 1, kMoment) <= 0) return -1; // or a signal came
+    return std::max<ssize_t>(0, read(output.fd, bytes, static_cast<std::size_t>(count)));
 }
 
 } // namespace prepare

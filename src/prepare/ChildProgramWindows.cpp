@@ -2,9 +2,7 @@
 
 #include <windows.h>
 
-#include <fcntl.h>
-#include <io.h>
-
+#include <algorithm>
 #include <array>
 #include <filesystem>
 
@@ -42,7 +40,8 @@ std::wstring Find(const std::string& name)
 
 } // namespace
 
-std::unique_ptr<ChildProgram> ChildProgram::Start(const std::string& name, const std::vector<std::string>& arguments)
+std::unique_ptr<ChildProgram> ChildProgram::Start(const std::string& name, const std::vector<std::string>& arguments,
+                                                  const Progress& progress)
 {
     const auto program = Find(name);
     if (program.empty()) return nullptr;
@@ -71,16 +70,28 @@ std::unique_ptr<ChildProgram> ChildProgram::Start(const std::string& name, const
         CloseHandle(ours);
         return nullptr;
     }
-    const int output = _open_osfhandle(reinterpret_cast<std::intptr_t>(ours), _O_RDONLY | _O_BINARY);
-    return std::unique_ptr<ChildProgram>(new ChildProgram(output, reinterpret_cast<std::intptr_t>(started.hProcess)));
+    return std::unique_ptr<ChildProgram>(new ChildProgram(reinterpret_cast<std::intptr_t>(ours),
+                                                          reinterpret_cast<std::intptr_t>(started.hProcess), progress));
 }
 
 ChildProgram::~ChildProgram()
 {
-    _close(output_);
+    CloseHandle(reinterpret_cast<HANDLE>(output_));
     auto* const process = reinterpret_cast<HANDLE>(process_);
     TerminateProcess(process, 1);
     CloseHandle(process);
+}
+
+std::int64_t ChildProgram::ReadWhatComes(void* bytes, std::int64_t count)
+{
+    constexpr DWORD kMoment = 10; // ms
+    auto* const output = reinterpret_cast<HANDLE>(output_);
+    DWORD waiting = 0;
+    if (PeekNamedPipe(output, nullptr, 0, nullptr, &waiting, nullptr) == 0) return 0; // it has ended
+    if (waiting == 0) return Sleep(kMoment), -1;
+    DWORD done = 0;
+    const auto most = std::min<std::int64_t>(count, waiting);
+    return ReadFile(output, bytes, static_cast<DWORD>(most), &done, nullptr) == 0 ? 0 : done;
 }
 
 } // namespace prepare

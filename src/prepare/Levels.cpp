@@ -1,7 +1,5 @@
 #include "prepare/Levels.h"
 
-#include "prepare/Sound.h"
-
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -11,22 +9,32 @@ namespace prepare {
 namespace {
 
 /// The mean over `width` samples around each one.
-Levels Mean(const Levels& levels, std::size_t width)
+std::vector<float> Mean(const std::vector<float>& values, std::size_t width)
 {
-    Levels mean(levels.size());
+    std::vector<float> mean(values.size());
     const auto ahead = width / 2;
     double sum = 0;
-    for (std::size_t i = 0; i < levels.size() + ahead; ++i) {
-        if (i < levels.size()) sum += static_cast<double>(levels[i]);
-        if (i >= width) sum -= static_cast<double>(levels[i - width]);
+    for (std::size_t i = 0; i < values.size() + ahead; ++i) {
+        if (i < values.size()) sum += values[i];
+        if (i >= width) sum -= values[i - width];
         if (i >= ahead) mean[i - ahead] = static_cast<float>(std::max(0.0, sum) / static_cast<double>(width));
     }
     return mean;
 }
 
+/// What 95 percent of the moments don't exceed that are more than `silent` times the loudest.
+float Loud(const std::vector<float>& moments, float silent)
+{
+    constexpr double kShare = 0.95;
+    const auto least = moments.empty() ? 0 : silent * *std::ranges::max_element(moments);
+    std::vector<float> audible;
+    std::ranges::copy_if(moments, std::back_inserter(audible), [&](float moment) { return moment > least; });
+    return Quantile(std::move(audible), kShare);
+}
+
 } // namespace
 
-float Quantile(Levels values, double share)
+float Quantile(std::vector<float> values, double share)
 {
     if (values.empty()) return 0;
     const auto at = values.begin() + std::llround(share * static_cast<double>(values.size() - 1));
@@ -34,14 +42,14 @@ float Quantile(Levels values, double share)
     return *at;
 }
 
-float Loud(const Levels& levels)
+float LoudAmplitude(const Amplitudes& moments)
 {
-    constexpr float kSilent = 0.003F; // of the loudest moment
-    constexpr double kShare = 0.95;
-    const auto least = levels.empty() ? 0 : kSilent * *std::ranges::max_element(levels);
-    Levels moments;
-    std::ranges::copy_if(levels, std::back_inserter(moments), [&](float level) { return level > least; });
-    return Quantile(std::move(moments), kShare);
+    return Loud(moments, 0.003F); // -50 dB
+}
+
+float LoudPower(const Powers& moments)
+{
+    return Loud(moments, 0.003F); // -25 dB
 }
 
 float AmplitudeOf(double decibels)
@@ -49,10 +57,10 @@ float AmplitudeOf(double decibels)
     return static_cast<float>(std::pow(10.0, decibels / 20));
 }
 
-Levels Envelope(const Levels& sound, double seconds)
+Amplitudes Envelope(std::span<const float> sound, double seconds)
 {
-    const auto width = static_cast<std::size_t>(seconds * kSoundRate / 2);
-    Levels envelope(sound.size());
+    const auto width = SamplesIn(seconds / 2);
+    std::vector<float> envelope(sound.size());
     std::ranges::transform(sound, envelope.begin(), [](float sample) { return sample * sample; });
     envelope = Mean(Mean(envelope, width), width);
     std::ranges::transform(envelope, envelope.begin(), [](float power) { return std::sqrt(power); });

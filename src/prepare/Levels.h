@@ -1,21 +1,28 @@
-// Levels.h: how loud a sound is.
+// Levels.h: how loud a sound is: as amplitudes, or as powers, which are their squares. So -20 dB are a tenth of an
+// amplitude and a hundredth of a power.
 #pragma once
 
+#include "prepare/Sound.h"
+
+#include <span>
 #include <vector>
 
 namespace prepare {
 
-using Levels = std::vector<float>; // one for each sample, or for each frame of a spectrum
+using Amplitudes = std::vector<float>;
+using Powers = std::vector<float>;
 
 /// The value that a share of all values don't exceed; 0 of none.
-[[nodiscard]] float Quantile(Levels values, double share);
+[[nodiscard]] float Quantile(std::vector<float> values, double share);
 
-/// How loud the loud moments are: 95 percent of all but the silent ones are no louder.
-[[nodiscard]] float Loud(const Levels& levels);
+/// How loud the loud moments are: 95 percent of all moments are no louder, the silent ones left out: those 50 dB below
+/// the loudest, and for powers those 25 dB below.
+[[nodiscard]] float LoudAmplitude(const Amplitudes& moments);
+[[nodiscard]] float LoudPower(const Powers& moments);
 
 [[nodiscard]] float AmplitudeOf(double decibels);
 
-/// The level around each sample, in a window that is a triangle of so many seconds.
-[[nodiscard]] Levels Envelope(const Levels& sound, double seconds);
+/// The amplitude around each sample, its root mean square in a window that is a triangle of so many seconds.
+[[nodiscard]] Amplitudes Envelope(std::span<const float> sound, double seconds);
 
 } // namespace prepare

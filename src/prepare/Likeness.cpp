@@ -1,6 +1,7 @@
 #include "prepare/Likeness.h"
 
 #include "machine/Timing.h"
+#include "prepare/Levels.h"
 #include "prepare/PeriodChoice.h"
 #include "prepare/Spectra.h"
 
@@ -12,11 +13,11 @@ namespace prepare {
 namespace {
 
 /// The port at kSoundRate: the mean of its level, 1 or -1, within each sample.
-Levels Played(std::span<const machine::RunByte> runBytes, const machine::Playback& playback, std::size_t samples)
+Sound Played(std::span<const machine::RunByte> runBytes, const machine::Playback& playback, std::size_t samples)
 {
     const auto performance = machine::PerformanceOf(runBytes, playback);
     const auto samplesPerCycle = kSoundRate / static_cast<double>(playback.machine.clock);
-    Levels wave(samples);
+    Sound wave(samples);
     double now = 0; // in samples
     float level = 0;
     const auto holdUntil = [&](std::int64_t time) {
@@ -36,7 +37,7 @@ Levels Played(std::span<const machine::RunByte> runBytes, const machine::Playbac
 }
 
 /// How many times as strong in each band as it was asked for until now the target is to be, where `played` was heard.
-void Correct(std::vector<float> wanted, std::vector<float> played, std::span<float> gains)
+void Correct(const Powers& wanted, const Powers& played, std::span<float> gains)
 {
     constexpr float kStep = 0.25F; // of the difference, in dB, is taken at a time
     constexpr float kMost = 2;
@@ -70,30 +71,34 @@ void AskForMore(const Spectra& wanted, const MelBands& bands, std::span<float> g
 
 } // namespace
 
-void LevelMoments(std::span<const float> heard, Levels& target)
+void LevelMoments(const Mask& heard, Sound& target)
 {
     constexpr double kWindow = 0.020; // seconds: within them the levels stay as they are
     constexpr double kFaintest = -40; // dB, against the loud moments: fainter ones are raised no more
     const auto level = Envelope(target, kWindow);
-    const auto faintest = Loud(level) * AmplitudeOf(kFaintest);
+    const auto faintest = LoudAmplitude(level) * AmplitudeOf(kFaintest);
     for (std::size_t i = 0; i < target.size(); ++i)
-        target[i] = heard[i] != 0 ? target[i] / std::max(level[i], faintest) : 0;
+        target[i] = heard[i] ? target[i] / std::max(level[i], faintest) : 0;
 }
 
-Levels Approach(const Levels& target, const machine::Playback& playback, float price)
+Sound Approach(const Sound& target, const machine::Playback& playback, float price, Steps& steps, int others)
 {
-    constexpr int kTimes = 3; // more of them hardly make it better
     const MelBands bands(20, kLowest, kHighest);
     const Spectra::Gains ones(Spectra::kBins, 1);
+    Mask heard(target.size());
+    std::transform(target.begin(), target.end(), heard.begin(), [](float sample) { return sample != 0; });
     std::vector<float> gains;
     auto nearer = target;
-    for (int time = 0; time < kTimes; ++time) {
-        const auto runBytes = PeriodChoice(nearer, playback).AtPrice(price);
-        Spectra spectra(Played(runBytes, playback, target.size()));
+    for (int left = kApproaches; left > 0; --left) {
+        const auto progress = steps.Next(left - 1 + others);
+        const auto runBytes = PeriodChoice(nearer, playback, progress).AtPrice(price, progress.Stage(0, 0.7));
+        const auto rest = progress.Stage(0.7, 1);
+        Spectra spectra(Played(runBytes, playback, target.size()), rest);
         gains.resize(spectra.Size() * bands.count, 1);
-        AskForMore(Spectra(target), bands, gains, spectra); // made anew each time: the choice needs the memory
-        nearer = spectra.Sounds(ones, ones).first;
-        LevelMoments(target, nearer);
+        AskForMore(Spectra(target, rest), bands, gains, spectra); // made anew each time: the choice needs the memory
+        nearer = spectra.Sounds(ones, ones, rest).first;
+        LevelMoments(heard, nearer);
+        if (progress.IsStopped()) break;
     }
     return nearer;
 }

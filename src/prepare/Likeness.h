@@ -1,8 +1,9 @@
-// Likeness.h: a target moved towards what a square wave can do.
+// Likeness.h: a target moved towards what a square wave can do, by iterative phase projection (Griffin, Lim: Signal
+// estimation from modified short-time Fourier transform, 1984): there onto the sounds, here onto the lists of periods.
 #pragma once
 
 #include "machine/RunBytes.h"
-#include "prepare/Levels.h"
+#include "prepare/Progress.h"
 #include "prepare/Sound.h"
 
 #include <span>
@@ -13,11 +14,15 @@ namespace prepare {
 inline constexpr double kLowest = 100;   // Hz
 inline constexpr double kHighest = 5500; // Hz
 
-/// Gives all moments of `target` where `heard` isn't 0 the same level, and silences the others.
-void LevelMoments(std::span<const float> heard, Levels& target);
+inline constexpr int kApproaches = 3; // that Approach makes; more of them hardly make it better
+
+/// Gives all moments of `target` that are `heard` the same level, and silences the others.
+void LevelMoments(const Mask& heard, Sound& target);
 
 /// `target` as a square wave gets nearer to it. Nobody hears phases: they become those of the wave that was chosen at
-/// `price`; and what the wave lacks in a band at a moment is asked for louder, what it has too much of softer.
-[[nodiscard]] Levels Approach(const Levels& target, const machine::Playback& playback, float price);
+/// `price`; and what the wave lacks in a band at a moment is asked for louder, what it has too much of softer. Leaves
+/// room for `others` behind its own steps.
+[[nodiscard]] Sound Approach(const Sound& target, const machine::Playback& playback, float price, Steps& steps,
+                             int others);
 
 } // namespace prepare

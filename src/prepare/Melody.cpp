@@ -1,6 +1,7 @@
 #include "prepare/Melody.h"
 
 #include "prepare/PitchTrack.h"
+#include "prepare/Sound.h"
 
 #include <algorithm>
 #include <cmath>
@@ -37,9 +38,9 @@ class PeriodWriter {
 public:
     explicit PeriodWriter(const machine::Playback& playback)
         : clock_(static_cast<double>(playback.machine.clock)),
-          silenceCycles_(CyclesOf(machine::kStaysHigh, playback)),
-          countCycles_(CyclesOf(2, playback) - CyclesOf(1, playback)),
-          overheadCycles_(CyclesOf(1, playback) - countCycles_)
+          silenceCycles_(static_cast<double>(machine::CyclesOf(machine::kStaysHigh, playback))),
+          countCycles_(static_cast<double>(2 * machine::StepCycles(playback))),
+          overheadCycles_(static_cast<double>(machine::CyclesOf(1, playback)) - countCycles_)
     {}
 
     /// Writes periods of this pitch up to a time, in seconds.
@@ -50,11 +51,11 @@ public:
         const double cycles = PeriodWithinBytes(hertz);
         while (due_ + cycles / 2 < until * clock_) {
             const double counts = (cycles + kCatchUp * (due_ - written_) - overheadCycles_) / countCycles_;
-            const auto byte = std::clamp<std::int64_t>(std::llround(counts + kSpread * Chance()),
-                                                       machine::kShortestPeriod, machine::kLongestPeriod);
+            const double byte = std::clamp<double>(std::round(counts + kSpread * Chance()), machine::kShortestPeriod,
+                                                   machine::kLongestPeriod);
             runBytes_.push_back(static_cast<machine::RunByte>(byte));
             due_ += cycles;
-            written_ += static_cast<double>(byte) * countCycles_ + overheadCycles_;
+            written_ += byte * countCycles_ + overheadCycles_;
         }
     }
 
@@ -68,11 +69,6 @@ public:
     [[nodiscard]] machine::RunBytes Take() { return std::move(runBytes_); }
 
 private:
-    static double CyclesOf(machine::RunByte byte, const machine::Playback& playback)
-    {
-        return static_cast<double>(machine::CyclesOf(byte, playback));
-    }
-
     /// In cycles: of the pitch, or of that by octaves away which a byte can hold.
     [[nodiscard]] double PeriodWithinBytes(double hertz) const
     {
@@ -101,38 +97,41 @@ private:
     std::minstd_rand random_; // the same for each melody, so that it is prepared the same each time
 };
 
+/// Where a pitch of the track lies in the sound.
+double SecondsOf(std::size_t pitch)
+{
+    return SecondsAt(pitch * kPitchHop);
+}
+
 /// The run bytes of the notes, of each only that part from its beginning on.
 machine::RunBytes Play(const std::vector<float>& track, const std::vector<Note>& notes, double part,
                        const machine::Playback& playback)
 {
-    const auto timeOf = [&](std::size_t k) {
-        return static_cast<double>((k - notes.front().first) * kPitchHop) / kSoundRate;
-    };
     PeriodWriter writer(playback);
     for (const auto& [first, last] : notes) {
-        writer.Silence(timeOf(first));
+        writer.Silence(SecondsOf(first - notes.front().first));
         const auto kept = static_cast<std::size_t>(std::ceil(static_cast<double>(last - first) * part));
         for (auto k = first; k < first + kept; ++k)
-            writer.Tone(static_cast<double>(track[k]), timeOf(k + 1));
+            writer.Tone(track[k], SecondsOf(k + 1 - notes.front().first));
     }
     return writer.Take();
 }
 
 } // namespace
 
-machine::RunBytes MelodyPeriods(std::span<const float> sound, const machine::Playback& playback,
-                                std::size_t mostRunBytes, const Progress& progress)
+Periods MelodyPeriods(std::span<const float> sound, const Limits& limits, const Progress& progress)
 {
     constexpr int kParts = 30;
     constexpr int kFewestParts = 12;
-    const auto track = PitchTrack(sound, progress);
+    const auto track = PitchTrack(sound, progress.Stage(0, 0.95));
     const auto notes = NotesOf(track);
-    machine::RunBytes runBytes;
-    for (int parts = kParts; parts >= kFewestParts; --parts) {
-        runBytes = Play(track, notes, static_cast<double>(parts) / kParts, playback);
-        if (runBytes.size() <= mostRunBytes) break;
-    }
-    return runBytes;
+    if (notes.empty()) return {};
+    Periods periods{.runBytes = {}, .start = SecondsOf(notes.front().first)};
+    int parts = kParts;
+    do {
+        periods.runBytes = Play(track, notes, static_cast<double>(parts) / kParts, limits.playback);
+    } while (periods.runBytes.size() > limits.runBytes && --parts >= kFewestParts && progress.GoesOn(0.95));
+    return periods;
 }
 
 } // namespace prepare

@@ -1,25 +1,24 @@
 // Melody.h: the melody of a sound as periods of a square wave, one voice.
 //     tone       periods of its pitch on the machine's own clock. A count is too coarse for one to be exact: each is a
-//                count or so longer or shorter, by chance, and makes up for some of what those before it are late, so
-//                that pitch and time are exact. Always the nearest count would be a pattern, and the ear takes that for
-//                a tone of its own, an octave or more below.
+//                count or so longer or shorter, by dither, and makes up for some of what those before it are late, by
+//                error feedback (Lipshitz, Wannamaker, Vanderkooy: Quantization and dither, 1992), so that pitch and
+//                time are exact. Always the nearest count would be a pattern, and the ear takes that for a tone of its
+//                own, an octave or more below.
 //     silence    254s, which keep the port high: whole ones, so a tone that follows may be 12 to 22 ms early or late,
 //                but none is later because of those before it
 //     too long   each note keeps its beginning only, the same part of all: down to two fifths, which still is the tune
 // What is silent before the first tone and behind the last is left out.
 #pragma once
 
-#include "machine/RunBytes.h"
-#include "prepare/Sound.h"
+#include "prepare/Periods.h"
+#include "prepare/Progress.h"
 
-#include <cstddef>
 #include <span>
 
 namespace prepare {
 
-/// The run bytes of the melody of `sound`, without the end mark; empty where none is heard. Where it can't be heard in
-/// `mostRunBytes`, the list is longer: the shortest that is still the tune.
-[[nodiscard]] machine::RunBytes MelodyPeriods(std::span<const float> sound, const machine::Playback& playback,
-                                              std::size_t mostRunBytes, const Progress& progress);
+/// Of the melody of `sound`. Where it can't be heard in so few run bytes as are asked for, the list is longer: the
+/// shortest that is still the tune.
+[[nodiscard]] Periods MelodyPeriods(std::span<const float> sound, const Limits& limits, const Progress& progress);
 
 } // namespace prepare

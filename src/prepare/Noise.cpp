@@ -1,7 +1,5 @@
 #include "prepare/Noise.h"
 
-#include "prepare/Sound.h"
-
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -10,8 +8,8 @@
 namespace prepare {
 namespace {
 
-/// Of the noise that these powers make, as a sound.
-float LevelOf(const std::vector<float>& noise)
+/// Of the sound that the noise is.
+float AmplitudeOfNoise(const Powers& noise)
 {
     constexpr float kMeanSquare = 0.375F; // of a Hann window
     const auto power = std::accumulate(noise.begin(), noise.end(), 0.0F);
@@ -19,18 +17,18 @@ float LevelOf(const std::vector<float>& noise)
 }
 
 /// Silences what is too short for a sound and stands too much alone to be part of one: clicks.
-void TakeClicksOut(Levels& heard)
+void TakeClicksOut(Mask& heard)
 {
-    constexpr auto kShort = static_cast<std::ptrdiff_t>(0.060 * kSoundRate); // a click and what the windows make of it
-    constexpr auto kAlone = static_cast<std::ptrdiff_t>(0.120 * kSoundRate);
-    std::optional<Levels::iterator> before; // the end of what is heard before
-    for (auto first = std::find(heard.begin(), heard.end(), 1.0F); first != heard.end();) {
-        const auto last = std::find(first, heard.end(), 0.0F);
-        const auto next = std::find(last, heard.end(), 1.0F);
+    constexpr std::ptrdiff_t kShort = SamplesIn(0.060); // a click and what the windows make of it
+    constexpr std::ptrdiff_t kAlone = SamplesIn(0.120);
+    std::optional<Mask::iterator> before; // the end of what is heard before
+    for (auto first = std::find(heard.begin(), heard.end(), true); first != heard.end();) {
+        const auto last = std::find(first, heard.end(), false);
+        const auto next = std::find(last, heard.end(), true);
         const auto standsAlone =
             (!before || first - *before >= kAlone) && (next == heard.end() || next - last >= kAlone);
         if (standsAlone && last - first <= kShort)
-            std::fill(first, last, 0.0F);
+            std::fill(first, last, false);
         else
             before = last;
         first = next;
@@ -39,18 +37,18 @@ void TakeClicksOut(Levels& heard)
 
 } // namespace
 
-std::vector<float> NoiseOf(const Spectra& spectra)
+Powers NoiseOf(const Spectra& spectra)
 {
     constexpr double kPauses = 0.12;  // of all frames: the softest
     constexpr float kSofter = 0.25F;  // of the loud frames' power at most, or there are no pauses
     constexpr double kAboveHum = 250; // Hz
     const MelBands judged(1, kAboveHum, kSoundRate);
-    Levels powers;
+    Powers powers;
     for (std::size_t frame = 0; frame < spectra.Size(); ++frame)
         powers.push_back(judged.PowersOf(spectra[frame]).front());
     const auto most = Quantile(powers, kPauses);
-    std::vector<float> noise(Spectra::kBins);
-    if (most > kSofter * Loud(powers)) return noise;
+    Powers noise(Spectra::kBins);
+    if (most > kSofter * LoudPower(powers)) return noise;
     float frames = 0;
     for (std::size_t frame = 0; frame < powers.size(); ++frame) {
         if (powers[frame] > most) continue;
@@ -63,7 +61,7 @@ std::vector<float> NoiseOf(const Spectra& spectra)
     return noise;
 }
 
-void TakeOut(const std::vector<float>& noise, Spectra& spectra)
+void TakeOut(const Powers& noise, Spectra& spectra)
 {
     constexpr float kOver = 3;    // times what was measured: noise isn't the same in each frame
     constexpr float kLeft = 0.1F; // of a bin's amplitude in any case, or single bins would ring
@@ -75,14 +73,16 @@ void TakeOut(const std::vector<float>& noise, Spectra& spectra)
         }
 }
 
-Levels Heard(const Levels& sound, const std::vector<float>& noise)
+Mask Heard(const Sound& sound, const Powers& noise)
 {
     constexpr double kWindow = 0.020; // seconds
     constexpr double kSilent = -40;   // dB, against the loud moments
     constexpr double kNoise = -3;     // dB, against what the noise was
-    auto heard = Envelope(sound, kWindow);
-    const auto least = std::max(Loud(heard) * AmplitudeOf(kSilent), LevelOf(noise) * AmplitudeOf(kNoise));
-    std::ranges::transform(heard, heard.begin(), [&](float level) { return level > least ? 1.0F : 0.0F; });
+    const auto level = Envelope(sound, kWindow);
+    const auto least =
+        std::max(LoudAmplitude(level) * AmplitudeOf(kSilent), AmplitudeOfNoise(noise) * AmplitudeOf(kNoise));
+    Mask heard(level.size());
+    std::transform(level.begin(), level.end(), heard.begin(), [&](float amplitude) { return amplitude > least; });
     TakeClicksOut(heard);
     return heard;
 }

@@ -1,4 +1,5 @@
-// Noise.h: noise and hum, and where a recording is silent but for them.
+// Noise.h: noise and hum taken out by spectral subtraction, with oversubtraction and a floor (Berouti, Schwartz,
+// Makhoul: Enhancement of speech corrupted by acoustic noise, 1979), and where a recording is silent but for them.
 #pragma once
 
 #include "prepare/Levels.h"
@@ -6,13 +7,13 @@
 
 namespace prepare {
 
-/// The power in each bin that is there in the pauses too.
-[[nodiscard]] std::vector<float> NoiseOf(const Spectra& spectra);
+/// In each bin, what is there in the pauses too.
+[[nodiscard]] Powers NoiseOf(const Spectra& spectra);
 
 /// Takes so much out of each bin.
-void TakeOut(const std::vector<float>& noise, Spectra& spectra);
+void TakeOut(const Powers& noise, Spectra& spectra);
 
-/// Where something is to be heard in `sound`, whose `noise` has been taken out: 1, and else 0.
-[[nodiscard]] Levels Heard(const Levels& sound, const std::vector<float>& noise);
+/// Where something is to be heard in `sound`, whose `noise` has been taken out.
+[[nodiscard]] Mask Heard(const Sound& sound, const Powers& noise);
 
 } // namespace prepare

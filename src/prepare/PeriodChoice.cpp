@@ -1,5 +1,7 @@
 #include "prepare/PeriodChoice.h"
 
+#include "prepare/Sound.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -16,6 +18,8 @@ constexpr std::int32_t kByteMask = (1 << kByteBits) - 1;
 
 constexpr float kNever = -1e30F;
 
+constexpr std::size_t kColumnsPerLook = 2048; // at whether to go on
+
 /// The sum of the first i samples, in ms times level, and at every second place what their silence costs.
 struct Integrals {
     std::vector<double> wave{0};
@@ -25,12 +29,12 @@ struct Integrals {
 Integrals IntegralsOf(std::span<const float> target)
 {
     constexpr double kSampleMs = 1000.0 / kSoundRate;
-    constexpr auto kDeep = static_cast<std::ptrdiff_t>(kDeepSilence * kSoundRate);
+    constexpr std::ptrdiff_t kDeep = SamplesIn(kDeepSilence);
     Integrals sums;
     sums.wave.reserve(target.size() + 1);
     sums.silence.resize(target.size() + 1);
     for (const auto level : target)
-        sums.wave.push_back(sums.wave.back() + kSampleMs * static_cast<double>(level));
+        sums.wave.push_back(sums.wave.back() + kSampleMs * level);
     const auto heard = [](float level) { return level != 0; };
     for (auto quiet = target.begin(); quiet != target.end();) {
         const auto sound = std::find_if(quiet, target.end(), heard);
@@ -52,14 +56,14 @@ double At(const std::vector<double>& sums, double sample)
 
 } // namespace
 
-PeriodChoice::PeriodChoice(std::span<const float> target, const machine::Playback& playback)
+PeriodChoice::PeriodChoice(std::span<const float> target, const machine::Playback& playback, const Progress& progress)
     : playback_(playback),
       step_(machine::StepCycles(playback)),
       steps_(target.size() * static_cast<std::size_t>(playback.machine.clock) / kSoundRate /
              static_cast<std::size_t>(2 * step_)),
-      longest_(std::clamp<std::int64_t>(std::llround(kLongestPeriod * static_cast<double>(playback.machine.clock)) /
-                                            (2 * step_),
-                                        machine::kShortestPeriod, machine::kLongestPeriod)),
+      longest_(static_cast<std::int32_t>(std::clamp<std::int64_t>(
+          std::llround(kLongestPeriod * static_cast<double>(playback.machine.clock)) / (2 * step_),
+          machine::kShortestPeriod, machine::kLongestPeriod))),
       mids_(kPlaces * 2 * Columns()),
       ends_(2 * kPlaces * Columns()),
       silence_(Columns()),
@@ -69,8 +73,8 @@ PeriodChoice::PeriodChoice(std::span<const float> target, const machine::Playbac
     const auto sums = IntegralsOf(target);
     const auto samplesPerCycle = kSoundRate / static_cast<double>(playback.machine.clock);
     const auto samplesPerPlace = samplesPerCycle * static_cast<double>(step_) / kPlaces;
-    for (std::size_t place = 0; place < 2 * kPlaces; ++place)
-        for (std::size_t i = 0; i < Columns(); ++i) {
+    for (std::size_t i = 0; i < Columns() && (i % kColumnsPerLook != 0 || progress.GoesOn()); ++i)
+        for (std::size_t place = 0; place < 2 * kPlaces; ++place) {
             const auto sample = samplesPerPlace * static_cast<double>(2 * kPlaces * i + place);
             const auto wave = At(sums.wave, sample);
             const auto silence = At(sums.silence, sample);
@@ -80,10 +84,10 @@ PeriodChoice::PeriodChoice(std::span<const float> target, const machine::Playbac
         }
 }
 
-/// When a period begins that follows what `from` tells.
-std::int64_t PeriodChoice::TimeOf(std::size_t column, std::int32_t from) const
+/// When a period begins that starts at a state.
+std::int64_t PeriodChoice::TimeOf(std::size_t state) const
 {
-    return static_cast<std::int64_t>(column) * 2 * step_ + (from >> kByteBits);
+    return static_cast<std::int64_t>(state % Columns()) * 2 * step_ + (from_[state] >> kByteBits);
 }
 
 std::size_t PeriodChoice::StateOf(std::int64_t time) const
@@ -99,7 +103,7 @@ std::size_t PeriodChoice::IndexOf(std::int64_t time, std::int64_t unit, std::siz
 }
 
 /// Takes a place that is reached by `byte` with that score, if it is the best way there so far.
-void PeriodChoice::Reach(std::int64_t time, std::int64_t byte, float score)
+void PeriodChoice::Reach(std::int64_t time, machine::RunByte byte, float score)
 {
     const auto state = StateOf(time);
     if (score <= score_[state]) return;
@@ -119,7 +123,7 @@ void PeriodChoice::Spread(std::int64_t time, float base)
     float* const __restrict score = &score_[state];
     std::int32_t* const __restrict from = &from_[state];
     const auto first = static_cast<std::int32_t>((end % (2 * step_)) << kByteBits | machine::kShortestPeriod);
-    const auto count = static_cast<std::int32_t>(longest_ - machine::kShortestPeriod + 1);
+    const auto count = longest_ - machine::kShortestPeriod + 1;
     for (std::int32_t i = 0; i < count; ++i) {
         const auto sum = base + mids[i] - ends[i];
         const std::int32_t better = sum > score[i] ? -1 : 0; // a mask and no branch, for the vectors' sake
@@ -128,22 +132,23 @@ void PeriodChoice::Spread(std::int64_t time, float base)
     }
 }
 
-machine::RunBytes PeriodChoice::AtPrice(float price)
+machine::RunBytes PeriodChoice::AtPrice(float price, const Progress& progress)
 {
     const auto silent = machine::CyclesOf(machine::kStaysHigh, playback_);
     std::ranges::fill(score_, kNever);
     score_[0] = 0;
     from_[0] = 0;
-    for (std::size_t step = 0; step < steps_; ++step)
-        for (std::size_t part = 0; part < kStarts; ++part) {
-            const auto state = part * Columns() + step;
+    for (std::size_t step = 0; step < steps_; ++step) {
+        if (step % kColumnsPerLook == 0 && !progress.GoesOn(step, steps_)) return {};
+        for (auto state = step; state < score_.size(); state += Columns()) {
             if (score_[state] == kNever) continue;
-            const auto time = TimeOf(step, from_[state]);
+            const auto time = TimeOf(state);
             const auto base = score_[state] - price;
             const auto end = ends_[IndexOf(time, 2 * step_, 2 * kPlaces, Columns())]; // of the period before
             Spread(time, base - (end - 2 * silence_[step]));
             Reach(time + silent, machine::kStaysHigh, base);
         }
+    }
     return WayBack();
 }
 
@@ -152,12 +157,12 @@ machine::RunBytes PeriodChoice::WayBack() const
 {
     std::int64_t time = 0;
     float best = kNever;
-    for (std::size_t step = steps_ - std::min(steps_, static_cast<std::size_t>(longest_)); step < Columns(); ++step)
-        for (std::size_t part = 0; part < kStarts; ++part) {
-            const auto state = part * Columns() + step;
+    const auto first = steps_ - std::min(steps_, static_cast<std::size_t>(longest_));
+    for (auto step = first; step < Columns(); ++step)
+        for (auto state = step; state < score_.size(); state += Columns()) {
             if (score_[state] <= best) continue;
             best = score_[state];
-            time = TimeOf(step, from_[state]);
+            time = TimeOf(state);
         }
     machine::RunBytes bytes;
     while (time > 0) {
@@ -171,24 +176,29 @@ machine::RunBytes PeriodChoice::WayBack() const
 }
 
 FittedPeriods FitPeriods(std::span<const float> target, const machine::Playback& playback, Prices prices,
-                         std::size_t mostBytes)
+                         std::size_t mostBytes, Steps& steps, int others)
 {
     constexpr int kTries = 7;
+    constexpr int kMostlyTries = 3; // until it is full
     constexpr double kFull = 0.985; // of the bytes asked for is as good as all
-    PeriodChoice choice(target, playback);
-    FittedPeriods tooLong{.runBytes = choice.AtPrice(prices.least), .price = prices.least};
+    const auto most = static_cast<double>(mostBytes);
+    const auto first = steps.Next(others);
+    PeriodChoice choice(target, playback, first);
+    FittedPeriods tooLong{.runBytes = choice.AtPrice(prices.least, first), .price = prices.least};
     if (tooLong.runBytes.size() <= mostBytes) return tooLong;
-    FittedPeriods fit{.runBytes = choice.AtPrice(prices.most), .price = prices.most};
+    FittedPeriods fit{.runBytes = choice.AtPrice(prices.most, steps.Next(kMostlyTries + 2 * others)),
+                      .price = prices.most};
     if (fit.runBytes.size() > mostBytes) return fit;
-    const auto wanted = (1 + kFull) / 2 * static_cast<double>(mostBytes);
-    for (int tries = 0;
-         tries < kTries && static_cast<double>(fit.runBytes.size()) < kFull * static_cast<double>(mostBytes);
-         ++tries) { // the size goes about with the price's logarithm
-        const auto most = static_cast<double>(tooLong.runBytes.size());
-        const auto least = static_cast<double>(fit.runBytes.size());
-        const auto share = static_cast<float>(std::clamp((most - wanted) / (most - least), 0.02, 0.98));
+    for (int tries = 0; tries < kTries && static_cast<double>(fit.runBytes.size()) < kFull * most; ++tries) {
+        // The size goes about with the price's logarithm.
+        const auto wanted = (1 + kFull) / 2 * most;
+        const auto above = static_cast<double>(tooLong.runBytes.size());
+        const auto below = static_cast<double>(fit.runBytes.size());
+        const auto share = static_cast<float>(std::clamp((above - wanted) / (above - below), 0.02, 0.98));
         const auto price = tooLong.price * std::pow(fit.price / tooLong.price, share);
-        FittedPeriods tried{.runBytes = choice.AtPrice(price), .price = price};
+        const auto progress = steps.Next(std::max(0, kMostlyTries - tries - 1) + 2 * others);
+        FittedPeriods tried{.runBytes = choice.AtPrice(price, progress), .price = price};
+        if (progress.IsStopped()) break;
         (tried.runBytes.size() > mostBytes ? tooLong : fit) = std::move(tried);
     }
     return fit;

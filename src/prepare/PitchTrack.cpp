@@ -2,6 +2,7 @@
 
 #include "prepare/Levels.h"
 #include "prepare/Peaks.h"
+#include "prepare/Sound.h"
 
 #include <algorithm>
 #include <array>
@@ -15,15 +16,21 @@ namespace {
 constexpr int kPartials = 10;
 constexpr float kPartialWeight = 0.75F; // of each partial beside the one below it
 constexpr float kLowestPitch = 80;      // Hz
-constexpr int kPitchesPerOctave = 60;   // 20 cents each
-constexpr int kPitches = 330;           // up to 3520 Hz
+constexpr float kPitchesPerOctave = 60; // 20 cents each
+constexpr std::size_t kPitches = 330;   // up to 3520 Hz
 
 using Saliences = std::array<float, kPitches>;
 
 /// Where a pitch falls among the kPitches, in steps of 20 cents.
 float StepsOf(float hertz)
 {
-    return static_cast<float>(kPitchesPerOctave) * std::log2(hertz / kLowestPitch);
+    return kPitchesPerOctave * std::log2(hertz / kLowestPitch);
+}
+
+/// How far a partial lies above its pitch.
+float StepsTo(int partial)
+{
+    return kPitchesPerOctave * std::log2(static_cast<float>(partial));
 }
 
 /// What a peak counts. Melodies lie higher than what goes with them, and below some 200 Hz the ear hears less, too.
@@ -40,11 +47,10 @@ void AddPeak(const Peak& peak, Saliences& saliences)
     const float steps = StepsOf(peak.hertz);
     float weight = WeightOf(peak);
     for (int partial = 1; partial <= kPartials; ++partial, weight *= kPartialWeight) {
-        const float pitch = steps - static_cast<float>(kPitchesPerOctave) * std::log2(static_cast<float>(partial));
-        const int first = std::max(0, static_cast<int>(std::ceil(pitch - kReach)));
-        const int last = std::min(kPitches - 1, static_cast<int>(std::floor(pitch + kReach)));
-        for (int k = first; k <= last; ++k) {
-            const float c = std::cos((static_cast<float>(k) - pitch) * (std::numbers::pi_v<float> / 2 / kReach));
+        const float pitch = steps - StepsTo(partial);
+        const float last = std::min(kPitches - 1.0F, std::floor(pitch + kReach));
+        for (float k = std::max(0.0F, std::ceil(pitch - kReach)); k <= last; ++k) {
+            const float c = std::cos((k - pitch) * (std::numbers::pi_v<float> / 2 / kReach));
             saliences[static_cast<std::size_t>(k)] += weight * c * c;
         }
     }
@@ -57,50 +63,52 @@ public:
     {
         constexpr float kStepPrice = 0.05F;
         constexpr float kJumpPrice = 0.3F;
-        constexpr int kSteps = 3;
-        const auto best = static_cast<int>(std::max_element(sums_.begin(), sums_.end()) - sums_.begin());
-        const float afterJump = sums_[static_cast<std::size_t>(best)] - kJumpPrice;
+        constexpr std::size_t kSteps = 3;
+        const auto best = Strongest();
         Saliences next;
         auto& from = from_.emplace_back();
-        for (int k = 0; k < kPitches; ++k) {
-            float sum = afterJump;
-            int origin = best;
-            for (int j = std::max(0, k - kSteps); j <= std::min(kPitches - 1, k + kSteps); ++j) {
-                const float candidate =
-                    sums_[static_cast<std::size_t>(j)] - kStepPrice * static_cast<float>(std::abs(j - k));
+        for (std::size_t k = 0; k < kPitches; ++k) {
+            float sum = sums_[best] - kJumpPrice;
+            auto origin = best;
+            for (auto j = k - std::min(k, kSteps); j <= std::min(kPitches - 1, k + kSteps); ++j) {
+                const float candidate = sums_[j] - kStepPrice * static_cast<float>(j < k ? k - j : j - k);
                 if (candidate <= sum) continue;
                 sum = candidate;
                 origin = j;
             }
-            const auto at = static_cast<std::size_t>(k);
-            next[at] = sum - sums_[static_cast<std::size_t>(best)] + saliences[at];
-            from[at] = static_cast<std::uint16_t>(origin);
+            next[k] = sum - sums_[best] + saliences[k];
+            from[k] = static_cast<std::uint16_t>(origin);
         }
         sums_ = next;
     }
 
     /// One pitch for each spectrum added.
-    [[nodiscard]] std::vector<int> Best() const
+    [[nodiscard]] std::vector<std::size_t> Best() const
     {
-        std::vector<int> path(from_.size());
-        auto at = static_cast<int>(std::max_element(sums_.begin(), sums_.end()) - sums_.begin());
+        std::vector<std::size_t> path(from_.size());
+        auto at = Strongest();
         for (auto k = path.size(); k-- > 0;) {
             path[k] = at;
-            at = from_[k][static_cast<std::size_t>(at)];
+            at = from_[k][at];
         }
         return path;
     }
 
 private:
+    [[nodiscard]] std::size_t Strongest() const
+    {
+        return static_cast<std::size_t>(std::ranges::max_element(sums_) - sums_.begin());
+    }
+
     Saliences sums_{}; // of the best path to each pitch, less the best of all before the last spectrum
     std::vector<std::array<std::uint16_t, kPitches>> from_;
 };
 
-/// The loudness of the sound around each pitch of the track, over so many seconds.
-Levels LevelsOf(std::span<const float> sound, double seconds)
+/// How loud the sound is around each pitch of the track, over so many seconds.
+Amplitudes LevelsOf(std::span<const float> sound, double seconds)
 {
-    const auto envelope = Envelope(Levels(sound.begin(), sound.end()), seconds);
-    Levels levels;
+    const auto envelope = Envelope(sound, seconds);
+    Amplitudes levels;
     for (std::size_t sample = 0; sample < envelope.size(); sample += kPitchHop)
         levels.push_back(envelope[sample]);
     return levels;
@@ -112,32 +120,28 @@ struct Tone {
 };
 
 /// The pitch near `step` by its lowest partials' own frequencies; those of strings are the truest.
-Tone ToneNear(int step, const std::vector<Peak>& peaks)
+Tone ToneNear(std::size_t step, const std::vector<Peak>& peaks)
 {
     constexpr int kTruePartials = 4;
     constexpr float kReach = 2; // steps
-    float weights = 0;
-    float offsets = 0;
+    const auto pitch = static_cast<float>(step);
     float power = 0;
+    float offsets = 0; // weighted by power
     for (const auto& peak : peaks) {
         const float steps = StepsOf(peak.hertz);
         for (int partial = 1; partial <= kTruePartials; ++partial) {
-            const float offset = steps - static_cast<float>(step) -
-                                 static_cast<float>(kPitchesPerOctave) * std::log2(static_cast<float>(partial));
+            const float offset = steps - pitch - StepsTo(partial);
             if (std::abs(offset) > kReach) continue;
-            const float weight = peak.strength * peak.strength;
-            weights += weight;
-            offsets += weight * offset;
             power += peak.strength * peak.strength;
+            offsets += peak.strength * peak.strength * offset;
         }
     }
-    if (weights == 0) return {};
-    const float steps = static_cast<float>(step) + offsets / weights;
-    return {kLowestPitch * std::exp2(steps / static_cast<float>(kPitchesPerOctave)), power};
+    if (power == 0) return {};
+    return {kLowestPitch * std::exp2((pitch + offsets / power) / kPitchesPerOctave), power};
 }
 
 /// How many times as loud a sound gets around a moment, within 20 ms.
-float RiseAt(const Levels& levels, std::size_t k)
+float RiseAt(const Amplitudes& levels, std::size_t k)
 {
     constexpr std::size_t kReach = 3;
     float rise = 0;
@@ -148,7 +152,7 @@ float RiseAt(const Levels& levels, std::size_t k)
 
 /// Silences a moment of `track` wherever the same pitch is struck anew. There both its partials and the whole sound
 /// rise; either alone is a vibrato, or a drum.
-void ArticulateStrikes(std::vector<float>& track, const std::vector<Tone>& tones, const Levels& levels)
+void ArticulateStrikes(std::vector<float>& track, const std::vector<Tone>& tones, const Amplitudes& levels)
 {
     constexpr float kPartialsRise = 1.3F;
     constexpr float kLevelRise = 1.75F;
@@ -177,20 +181,20 @@ void ArticulateStrikes(std::vector<float>& track, const std::vector<Tone>& tones
 std::vector<float> PitchTrack(std::span<const float> sound, const Progress& progress)
 {
     const auto levels = LevelsOf(sound, 0.06);
-    const float softest = Loud(levels) * AmplitudeOf(-35);
+    const float softest = LoudAmplitude(levels) * AmplitudeOf(-35);
     PeakFinder finder;
     std::vector<std::vector<Peak>> spectra;
     Path path;
     for (std::size_t k = 0; k < levels.size(); ++k) {
+        if (!progress.GoesOn(k, levels.size())) return {};
         auto& peaks = spectra.emplace_back(finder.PeaksAt(sound, k * kPitchHop));
         Saliences saliences{};
         for (const auto& peak : peaks)
             AddPeak(peak, saliences);
-        const float most = *std::max_element(saliences.begin(), saliences.end()) + 1e-9F;
+        const float most = *std::ranges::max_element(saliences) + 1e-9F;
         for (auto& salience : saliences)
             salience /= most;
         path.Add(saliences);
-        progress(static_cast<double>(k) / static_cast<double>(levels.size()));
     }
     const auto best = path.Best();
     std::vector<Tone> tones(levels.size());

@@ -1,15 +1,54 @@
-// Prepare.h: one sound file made one recording.
+// Prepare.h: a sound made the list of run bytes that sounds most like it on the machine: a job in, a result or a refusal
+// out. Whoever asks reads the sound before (ReadSound.h), and may write the recording behind (RecordingBytes.h).
 #pragma once
 
-#include "prepare/Options.h"
+#include "prepare/Periods.h"
+#include "prepare/Progress.h"
+#include "prepare/ReadSound.h"
+#include "prepare/Refusal.h"
 
-#include <filesystem>
-#include <string>
+#include <array>
+#include <string_view>
+#include <variant>
 
 namespace prepare {
 
-/// Makes the recording of `input` that `options` ask for, and tells what it is, one "name: value" a line, as UTF-8.
-/// Throws a Refusal, with nothing written.
-[[nodiscard]] std::string Prepare(const std::filesystem::path& input, const Options& options, const Progress& progress);
+/// What is to be kept of a sound.
+enum class Kind {
+    Speech,   // the words
+    Music,    // the melody
+    AnySound, // all else, as it is
+};
+inline constexpr std::array kKinds{Kind::Speech, Kind::Music, Kind::AnySound};
+
+/// By which users ask for a kind.
+[[nodiscard]] constexpr std::string_view NameOf(Kind kind)
+{
+    switch (kind) {
+    case Kind::Speech: return "speech";
+    case Kind::Music: return "music";
+    case Kind::AnySound: return "sound";
+    }
+    return {};
+}
+static_assert(NameOf(static_cast<Kind>(kKinds.size())).empty(), "kKinds lacks one");
+
+struct Job {
+    Recording recording;
+    Kind kind = Kind::Speech;
+    Limits limits;
+};
+
+struct Prepared {
+    machine::RunBytes runBytes; // a recording can lead to them
+    double seconds;             // on the machine
+    double from;                // seconds into the sound file at which the first of them begins
+};
+
+/// How long, in whole seconds, a sound may be for its recording to be one that the window takes, whatever periods it is
+/// made of.
+[[nodiscard]] double MostSeconds(const machine::Playback& playback);
+
+[[nodiscard]] std::variant<Prepared, Refusal> Prepare(const Job& job, const Progress& progress);
 
 } // namespace prepare

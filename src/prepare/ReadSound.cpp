@@ -1,12 +1,13 @@
 #include "prepare/ReadSound.h"
 
+#include "files/Files.h"
 #include "prepare/ChildProgram.h"
-#include "prepare/Refusal.h"
 #include "prepare/SoundSource.h"
-#include "prepare/TimeText.h"
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
+#include <string>
 
 #include <soxr.h>
 
@@ -14,10 +15,6 @@ namespace prepare {
 namespace {
 
 namespace fs = std::filesystem;
-
-// No microphone and no machine makes others. At the ends of what a file can say a second is an hour's work, or nothing.
-constexpr std::int64_t kLowestRate = 1000;
-constexpr std::int64_t kHighestRate = 1'000'000;
 
 /// Takes samples at any rate and appends them to a Sound.
 class Resampler {
@@ -59,88 +56,149 @@ private:
     soxr_t soxr_;
 };
 
-std::string TooLong(const std::string& seconds, double mostSeconds)
-{
-    return seconds + ", and at this rate the window takes " + TimeText(mostSeconds) +
-           " at most. Take a part of it, for example with --from 0:30 --length 0:20.";
-}
+class FileBytes : public ByteSource {
+public:
+    FileBytes(const fs::path& path, const Progress& progress)
+        : stream_(path, std::ios::binary),
+          size_(static_cast<std::int64_t>(fs::file_size(path))),
+          progress_(progress)
+    {}
 
-/// Refuses what can be refused before anything is decoded, and tells how many samples of a channel to read at most.
-std::int64_t FramesToRead(const SoundSource& source, const Part& part, double mostSeconds)
-{
-    const auto rate = source.Rate();
-    if (rate < kLowestRate || rate > kHighestRate)
-        throw Refusal("It has " + std::to_string(rate) + " samples a second. From " + std::to_string(kLowestRate) +
-                      " to " + std::to_string(kHighestRate) + " can be read.");
-    auto seconds = part.length.value_or(HUGE_VAL);
-    if (const auto frames = source.Frames(); frames && source.IsExact()) {
-        const auto all = static_cast<double>(*frames) / static_cast<double>(rate);
-        if (*frames > 0 && all <= part.from) throw Refusal("It ends at " + TimeText(all) + ", before --from.");
-        seconds = std::min(seconds, all - part.from);
-        if (seconds > mostSeconds) throw Refusal(TooLong("It lasts " + TimeText(seconds), mostSeconds));
+    std::int64_t Read(void* bytes, std::int64_t count) override
+    {
+        if (!progress_.GoesOn()) return 0;
+        stream_.read(static_cast<char*>(bytes), count);
+        stream_.clear(); // a read up to the end has left its mark
+        return stream_.gcount();
     }
-    if (part.length && *part.length > mostSeconds)
-        throw Refusal(TooLong("--length asks for " + TimeText(*part.length), mostSeconds));
-    return std::llround(std::min(seconds, mostSeconds + 1) * static_cast<double>(rate));
-}
+    std::int64_t Position() override { return stream_.tellg(); }
+    void Seek(std::int64_t position) override { stream_.seekg(position); }
+    std::optional<std::int64_t> Size() override { return size_; }
 
-/// Reads what `source` has from here on, where `part` begins: `most` samples of a channel, or all.
-Recording ReadOn(SoundSource& source, std::int64_t most, const Part& part, double mostSeconds)
-{
-    const auto secondsOf = [&](std::int64_t frames) {
-        return static_cast<double>(frames) / static_cast<double>(source.Rate());
-    };
-    Recording recording{.rate = source.Rate(), .channels = source.Channels(), .seconds = {}, .sound = {}};
+private:
+    std::ifstream stream_;
+    std::int64_t size_;
+    Progress progress_;
+};
 
-    Resampler resampler(source.Rate(), recording.sound);
-    std::int64_t read = 0;
-    for (std::span<const float> samples; read < most && !(samples = source.Read(most - read)).empty();) {
-        resampler.Take(samples);
-        read += static_cast<std::int64_t>(samples.size());
+/// What is read of a source.
+class Reading {
+public:
+    Reading(SoundSource& source, const Part& part, double mostSeconds)
+        : source_(source),
+          part_(part),
+          mostSeconds_(mostSeconds)
+    {}
+
+    /// Reads the part, which begins so many seconds behind where the source is.
+    [[nodiscard]] std::variant<Recording, Refusal> Read(double behind, const Progress& progress) const
+    {
+        if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
+        if (const auto refusal = RefusalAtOnce()) return *refusal;
+        source_.Skip(std::llround(behind * static_cast<double>(source_.Rate())));
+        Recording recording{
+            .rate = source_.Rate(), .channels = source_.Channels(), .seconds = {}, .from = part_.from, .sound = {}};
+        const auto most = FramesToRead();
+        const auto read = ReadInto(recording.sound, most, progress);
+        if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
+        if (read < most && ExactFrames())
+            return Refusal{.kind = Refusal::Kind::Damaged, .seconds = SecondsOf(most - read)};
+        if (recording.sound.empty())
+            return Refusal{.kind = part_.from > 0 ? Refusal::Kind::NoSoundInPart : Refusal::Kind::NoSound};
+        if (SecondsOf(read) > mostSeconds_) return Refusal{.kind = Refusal::Kind::EndlesslyLong, .most = mostSeconds_};
+        if (const auto frames = source_.Frames()) recording.seconds = SecondsOf(*frames);
+        if (read < most) recording.seconds = part_.from + SecondsOf(read); // its end was found
+        return recording;
     }
-    resampler.End();
-    if (read < most && source.Frames() && source.IsExact())
-        throw Refusal("It is damaged: " + TimeText(secondsOf(most - read)) + " of its sound can't be read.");
-    if (recording.sound.empty())
-        throw Refusal(part.from > 0 ? "There is no sound in it behind --from." : "There is no sound in it.");
-    if (secondsOf(read) > mostSeconds)
-        throw Refusal(TooLong("It lasts longer than " + TimeText(mostSeconds), mostSeconds));
-    if (const auto frames = source.Frames()) recording.seconds = secondsOf(*frames);
-    if (read < most) recording.seconds = part.from + secondsOf(read); // its end was found
-    return recording;
-}
+
+private:
+    [[nodiscard]] double SecondsOf(std::int64_t frames) const
+    {
+        return static_cast<double>(frames) / static_cast<double>(source_.Rate());
+    }
+    [[nodiscard]] double LengthAskedFor() const { return part_.length.value_or(HUGE_VAL); }
+    [[nodiscard]] std::optional<std::int64_t> ExactFrames() const
+    {
+        return source_.IsExact() ? source_.Frames() : std::nullopt;
+    }
+
+    /// What can be refused before anything is decoded.
+    [[nodiscard]] std::optional<Refusal> RefusalAtOnce() const
+    {
+        const auto rate = source_.Rate();
+        if (rate < kLowestRate || rate > kHighestRate) return Refusal{.kind = Refusal::Kind::Rate, .hertz = rate};
+        if (const auto frames = ExactFrames()) {
+            const auto all = SecondsOf(*frames);
+            if (*frames > 0 && all <= part_.from) return Refusal{.kind = Refusal::Kind::EndsBeforePart, .seconds = all};
+            if (const auto seconds = std::min(LengthAskedFor(), all - part_.from); seconds > mostSeconds_)
+                return Refusal{.kind = Refusal::Kind::TooLong, .seconds = seconds, .most = mostSeconds_};
+        }
+        if (part_.length && *part_.length > mostSeconds_)
+            return Refusal{.kind = Refusal::Kind::TooMuch, .seconds = *part_.length, .most = mostSeconds_};
+        return std::nullopt;
+    }
+
+    /// At most, of a channel.
+    [[nodiscard]] std::int64_t FramesToRead() const
+    {
+        auto seconds = std::min(LengthAskedFor(), mostSeconds_ + 1);
+        if (const auto frames = ExactFrames()) seconds = std::min(seconds, SecondsOf(*frames) - part_.from);
+        return std::llround(seconds * static_cast<double>(source_.Rate()));
+    }
+
+    std::int64_t ReadInto(Sound& sound, std::int64_t most, const Progress& progress) const
+    {
+        Resampler resampler(source_.Rate(), sound);
+        std::int64_t read = 0;
+        for (std::span<const float> samples; read < most && !(samples = source_.Read(most - read)).empty();) {
+            resampler.Take(samples);
+            read += static_cast<std::int64_t>(samples.size());
+            if (!progress.GoesOn(SecondsOf(read) / SecondsOf(most))) break;
+        }
+        resampler.End();
+        return read;
+    }
+
+    SoundSource& source_;
+    const Part& part_;
+    double mostSeconds_;
+};
 
 /// What libsndfile can't read: ffmpeg makes it a format that can be read from a pipe.
-Recording ReadByFfmpeg(const fs::path& path, const Part& part, double mostSeconds)
+std::variant<Recording, Refusal> ReadByFfmpeg(const fs::path& path, const Part& part, double mostSeconds,
+                                              const Progress& progress)
 {
     const auto name = fs::absolute(path).u8string();
     const auto length = std::min(part.length.value_or(HUGE_VAL), mostSeconds + 1);
-    const auto ffmpeg = ChildProgram::Start(
-        "ffmpeg", {"-nostdin", "-v", "quiet", "-protocol_whitelist", "file", "-ss", std::to_string(part.from), "-i",
-                   "file:" + std::string(name.begin(), name.end()), "-map", "0:a:0", "-t", std::to_string(length),
-                   "-c:a", "pcm_f32be", "-f", "au", "pipe:1"});
-    if (!ffmpeg)
-        throw Refusal("It is damaged, or of a kind that can be read only with the program ffmpeg, which isn't "
-                      "installed. Debian and Ubuntu: sudo apt install ffmpeg. Windows: winget install ffmpeg.");
-    SoundSource source(ffmpeg->Output());
-    if (!source.IsKnown()) throw Refusal("This is no sound file that libsndfile or ffmpeg can read, or it is damaged.");
-    return ReadOn(source, FramesToRead(source, part, mostSeconds), part, mostSeconds);
+    const auto ffmpeg =
+        ChildProgram::Start("ffmpeg",
+                            {"-nostdin", "-v", "quiet", "-protocol_whitelist", "file", "-ss", std::to_string(part.from),
+                             "-i", "file:" + std::string(name.begin(), name.end()), "-map", "0:a:0", "-t",
+                             std::to_string(length), "-c:a", "pcm_f32be", "-f", "au", "pipe:1"},
+                            progress);
+    if (!ffmpeg) return Refusal{.kind = Refusal::Kind::NoFfmpeg};
+    SoundSource source(*ffmpeg);
+    if (!source.IsKnown())
+        return Refusal{.kind = progress.IsStopped() ? Refusal::Kind::Stopped : Refusal::Kind::UnknownFormat};
+    return Reading(source, part, mostSeconds).Read(0, progress);
 }
 
 } // namespace
 
-Recording ReadSound(const fs::path& path, const Part& part, double mostSeconds)
+std::variant<Recording, Refusal> ReadSound(const fs::path& path, const Part& part, double mostSeconds,
+                                           const Progress& progress)
 {
     std::error_code error;
     const auto status = fs::status(path, error);
-    if (!fs::exists(status)) throw Refusal(error ? error.message() : "There is no such file.");
-    if (!fs::is_regular_file(status)) throw Refusal("This is no ordinary file."); // opening a pipe would block
-    if (fs::is_empty(path)) throw Refusal("The file is empty.");
-    SoundSource source(path);
-    if (!source.IsKnown()) return ReadByFfmpeg(path, part, mostSeconds);
-    const auto most = FramesToRead(source, part, mostSeconds);
-    source.Skip(std::llround(part.from * static_cast<double>(source.Rate())));
-    return ReadOn(source, most, part, mostSeconds);
+    if (!fs::exists(status)) throw files::IOException(files::IOException::Kind::System, path, error);
+    if (!fs::is_regular_file(status)) // the opening of a pipe would block
+        throw files::IOException(files::IOException::Kind::NoOrdinaryFile, path);
+    if (fs::is_empty(path)) return Refusal{.kind = Refusal::Kind::EmptyFile};
+    FileBytes bytes(path, progress);
+    SoundSource source(bytes);
+    if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
+    if (!source.IsKnown()) return ReadByFfmpeg(path, part, mostSeconds, progress);
+    return Reading(source, part, mostSeconds).Read(part.from, progress);
 }
 
 } // namespace prepare

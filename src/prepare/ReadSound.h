@@ -4,13 +4,20 @@
 // Only what is asked for is kept in memory, and before that as little as can be is read.
 #pragma once
 
+#include "prepare/Progress.h"
+#include "prepare/Refusal.h"
 #include "prepare/Sound.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <variant>
 
 namespace prepare {
+
+// No microphone and no machine makes others. At the ends of what a file can say a second is an hour's work, or nothing.
+inline constexpr std::int64_t kLowestRate = 1000;
+inline constexpr std::int64_t kHighestRate = 1'000'000;
 
 /// A part of a sound file, in seconds.
 struct Part {
@@ -22,11 +29,13 @@ struct Recording {
     std::int64_t rate;
     std::int64_t channels;
     std::optional<double> seconds; // of the whole file, where it tells them
+    double from;                   // seconds into it at which the part begins
     Sound sound;                   // the part
 };
 
 /// Reads `part` of the file at `path`. Refuses a part that is longer than `mostSeconds`, before any work where the file
-/// tells its length. Throws a Refusal.
-[[nodiscard]] Recording ReadSound(const std::filesystem::path& path, const Part& part, double mostSeconds);
+/// tells its length. Throws a files::IOException for what is no file that can be read.
+[[nodiscard]] std::variant<Recording, Refusal> ReadSound(const std::filesystem::path& path, const Part& part,
+                                                         double mostSeconds, const Progress& progress);
 
 } // namespace prepare

@@ -20,21 +20,16 @@ void AppendPeriod(std::string& bytes, std::size_t samples)
 
 } // namespace
 
-std::size_t RecordingSamples(std::span<const machine::RunByte> runBytes)
-{
-    return std::accumulate(runBytes.begin(), runBytes.end(), kUnseen);
-}
-
 std::string RecordingBytes(std::span<const machine::RunByte> runBytes, const machine::SampleRate& rate)
 {
-    const auto samples = RecordingSamples(runBytes);
+    const auto samples = std::accumulate(runBytes.begin(), runBytes.end(), kUnseen);
     auto bytes = core::WaveHeader(static_cast<std::int64_t>(samples), rate.hertz, 1);
     bytes.reserve(bytes.size() + samples);
     std::size_t period = 0;
     for (std::size_t i = 0; i < runBytes.size(); ++i) {
         const auto byte = runBytes[i];
-        if (byte == 0 &&
-            period > machine::kStaysHigh) { // a 0 belongs to a single 254; those before it are a period by themselves
+        // A 0 belongs to a single 254; those before it are a period by themselves.
+        if (byte == 0 && period > machine::kStaysHigh) {
             AppendPeriod(bytes, period - machine::kStaysHigh);
             period = machine::kStaysHigh;
         }

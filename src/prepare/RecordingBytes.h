@@ -16,9 +16,6 @@
 
 namespace prepare {
 
-/// The samples that a recording of `runBytes` has, with the two that nobody looks at.
-[[nodiscard]] std::size_t RecordingSamples(std::span<const machine::RunByte> runBytes);
-
 /// The whole Wave file. Requires: a recording can lead to `runBytes`.
 [[nodiscard]] std::string RecordingBytes(std::span<const machine::RunByte> runBytes, const machine::SampleRate& rate);
 

@@ -1,13 +1,32 @@
-// Refusal.h: why a sound file can't be prepared.
+// Refusal.h: why a sound can't be read or prepared. A front end puts it into words.
 #pragma once
 
-#include <stdexcept>
+#include <cstdint>
 
 namespace prepare {
 
-/// English, for the user, to be shown behind the file's name.
-class Refusal : public std::runtime_error {
-    using std::runtime_error::runtime_error;
+struct Refusal {
+    enum class Kind {
+        Stopped,        // by whom it was told about
+        EmptyFile,      // no byte in it
+        UnknownFormat,  // or damaged: neither libsndfile nor ffmpeg can read it
+        NoFfmpeg,       // libsndfile can't read it, and there is no ffmpeg
+        Rate,           // of so many `hertz`
+        EndsBeforePart, // after `seconds`
+        NoSound,        // not a sample in it
+        NoSoundInPart,  // none behind where the part begins
+        Damaged,        // `seconds` of it can't be read
+        TooLong,        // it lasts `seconds`, more than `most`
+        TooMuch,        // `seconds` are asked for, more than `most`
+        EndlesslyLong,  // it lasts longer than `most`, nobody knows how long
+        Inaudible,      // there is nothing to be heard in it
+        TooManyBytes,   // about `seconds` of it would fit
+    };
+
+    Kind kind;
+    double seconds = 0;
+    double most = 0; // seconds
+    std::int64_t hertz = 0;
 };
 
 } // namespace prepare

@@ -1,7 +1,7 @@
-// Sound.h: a decoded sound, and what it is prepared for.
+// Sound.h: a decoded sound.
 #pragma once
 
-#include <functional>
+#include <cstddef>
 #include <vector>
 
 namespace prepare {
@@ -10,7 +10,17 @@ inline constexpr int kSoundRate = 22050; // Hz; what a sound is converted to whe
 
 using Sound = std::vector<float>; // mono, -1 to 1, at kSoundRate
 
-/// Told now and then which part of the work is done, 0 to 1.
-using Progress = std::function<void(double done)>;
+/// Where something is to be heard in a sound: one for each sample.
+using Mask = std::vector<bool>;
+
+[[nodiscard]] constexpr double SecondsAt(std::size_t sample)
+{
+    return static_cast<double>(sample) / kSoundRate;
+}
+
+[[nodiscard]] constexpr std::size_t SamplesIn(double seconds)
+{
+    return static_cast<std::size_t>(seconds * kSoundRate);
+}
 
 } // namespace prepare

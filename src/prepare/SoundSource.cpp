@@ -9,30 +9,24 @@ namespace {
 constexpr std::int64_t kSamplesAtOnce = 16384; // of all channels
 constexpr float kLoudest = 32768;              // full scale of whole numbers that somebody took for fractions
 
-// How libsndfile reads a stream. It is given one instead of a name, since names differ between systems.
-SF_VIRTUAL_IO StreamCalls()
+ByteSource& BytesOf(void* data)
 {
-    const auto streamOf = [](void* data) -> std::ifstream& { return *static_cast<std::ifstream*>(data); };
-    static const auto seek = [=](sf_count_t offset, int whence, void* data) -> sf_count_t {
-        auto& stream = streamOf(data);
-        stream.clear(); // a read up to the end has left its mark
-        stream.seekg(offset, whence == SEEK_SET ? std::ios::beg : whence == SEEK_CUR ? std::ios::cur : std::ios::end);
-        return stream.tellg();
-    };
+    return *static_cast<ByteSource*>(data);
+}
+
+// How libsndfile reads bytes.
+SF_VIRTUAL_IO Calls()
+{
     SF_VIRTUAL_IO calls{};
-    calls.seek = [](sf_count_t offset, int whence, void* data) { return seek(offset, whence, data); };
-    calls.get_filelen = [](void* data) {
-        const auto here = seek(0, SEEK_CUR, data);
-        const auto length = seek(0, SEEK_END, data);
-        seek(here, SEEK_SET, data);
-        return length;
+    calls.get_filelen = [](void* data) { return sf_count_t{BytesOf(data).Size().value_or(SF_COUNT_MAX)}; };
+    calls.seek = [](sf_count_t offset, int whence, void* data) -> sf_count_t {
+        auto& bytes = BytesOf(data);
+        const auto from = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? bytes.Position() : bytes.Size().value_or(0);
+        bytes.Seek(from + offset);
+        return bytes.Position();
     };
-    calls.read = [](void* bytes, sf_count_t count, void* data) -> sf_count_t {
-        auto& stream = *static_cast<std::ifstream*>(data);
-        stream.read(static_cast<char*>(bytes), count);
-        return stream.gcount();
-    };
-    calls.tell = [](void* data) { return seek(0, SEEK_CUR, data); };
+    calls.read = [](void* to, sf_count_t count, void* data) -> sf_count_t { return BytesOf(data).Read(to, count); };
+    calls.tell = [](void* data) -> sf_count_t { return BytesOf(data).Position(); };
     return calls;
 }
 
@@ -44,25 +38,21 @@ float Finite(float sample)
 
 } // namespace
 
-SoundSource::SoundSource(const std::filesystem::path& path) : stream_(path, std::ios::binary)
+SoundSource::SoundSource(ByteSource& bytes) : canSeek_(bytes.Size().has_value())
 {
-    if (!stream_) return;
-    auto calls = StreamCalls();
-    file_.reset(sf_open_virtual(&calls, SFM_READ, &info_, &stream_));
+    auto calls = Calls();
+    file_.reset(sf_open_virtual(&calls, SFM_READ, &info_, &bytes));
 }
-
-SoundSource::SoundSource(int pipe) : file_(sf_open_fd(pipe, SFM_READ, &info_, SF_FALSE))
-{}
 
 std::optional<std::int64_t> SoundSource::Frames() const
 {
-    if (info_.seekable == 0 || info_.frames < 0 || info_.frames == SF_COUNT_MAX) return std::nullopt;
+    if (!canSeek_ || info_.seekable == 0 || info_.frames < 0 || info_.frames == SF_COUNT_MAX) return std::nullopt;
     return info_.frames;
 }
 
 void SoundSource::Skip(std::int64_t frames)
 {
-    if (frames == 0 || (info_.seekable != 0 && sf_seek(file_.get(), frames, SEEK_CUR) >= 0)) return;
+    if (frames == 0 || (canSeek_ && info_.seekable != 0 && sf_seek(file_.get(), frames, SEEK_CUR) >= 0)) return;
     while (frames > 0) {
         const auto read = static_cast<std::int64_t>(Read(frames).size());
         if (read == 0) return;

@@ -1,9 +1,9 @@
-// SoundSource.h: the samples of a sound file, whatever its format: libsndfile decodes it.
+// SoundSource.h: the samples of a sound, whatever its format: libsndfile decodes it.
 #pragma once
 
+#include "prepare/ByteSource.h"
+
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <optional>
 #include <span>
@@ -15,12 +15,8 @@ namespace prepare {
 
 class SoundSource {
 public:
-    /// Of a file. Requires: an ordinary one; the opening of others may block.
-    explicit SoundSource(const std::filesystem::path& path);
-    /// Of what comes out of a pipe. It stays open.
-    explicit SoundSource(int pipe);
-    SoundSource(const SoundSource&) = delete;
-    SoundSource& operator=(const SoundSource&) = delete;
+    /// `bytes` stay somebody else's.
+    explicit SoundSource(ByteSource& bytes);
 
     /// False for a format that libsndfile doesn't know: all below is then out of bounds.
     [[nodiscard]] bool IsKnown() const { return file_ != nullptr; }
@@ -41,8 +37,8 @@ private:
         void operator()(SNDFILE* file) const { sf_close(file); }
     };
 
+    bool canSeek_;
     SF_INFO info_{};
-    std::ifstream stream_; // libsndfile reads from it until it is closed
     std::unique_ptr<SNDFILE, Closing> file_;
     std::vector<float> channels_;
     std::vector<float> mono_;

@@ -1,7 +1,5 @@
 #include "prepare/Spectra.h"
 
-#include "prepare/Sound.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -33,12 +31,14 @@ double Spectra::HertzOf(std::size_t bin)
     return static_cast<double>(bin) * kSoundRate / kTransform;
 }
 
-Spectra::Spectra(std::span<const float> sound) : samples_(sound.size()), bins_((sound.size() / kHop + 2) * kBins)
+Spectra::Spectra(std::span<const float> sound, const Progress& progress)
+    : samples_(sound.size()),
+      bins_((sound.size() / kHop + 2) * kBins)
 {
     const auto window = HannWindow();
     const kissfft<float> transform(kTransform / 2, false);
     std::vector<float> in(kTransform);
-    for (std::size_t frame = 0; frame < Size(); ++frame) {
+    for (std::size_t frame = 0; frame < Size() && progress.GoesOn(); ++frame) {
         std::ranges::fill(in, 0.0F);
         const auto start = frame * kHop; // of the window; the sound is taken to begin kHop samples later
         for (auto i = start < kHop ? kHop - start : 0; i < kWindow && start + i - kHop < samples_; ++i)
@@ -50,14 +50,14 @@ Spectra::Spectra(std::span<const float> sound) : samples_(sound.size()), bins_((
     }
 }
 
-std::pair<std::vector<float>, std::vector<float>> Spectra::Sounds(const Gains& first, const Gains& second) const
+std::pair<Sound, Sound> Spectra::Sounds(const Gains& first, const Gains& second, const Progress& progress) const
 {
     constexpr auto kShift = kMargin + kHop; // from a frame's first sample to where the sound begins
     const kissfft<float> transform(kTransform, true);
     std::vector<Bin> in(kTransform);
     std::vector<Bin> out(kTransform);
     std::vector<Bin> sum(Size() * kHop + kTransform);
-    for (std::size_t frame = 0; frame < Size(); ++frame) {
+    for (std::size_t frame = 0; frame < Size() && progress.GoesOn(); ++frame) {
         for (std::size_t k = 0; k < kBins; ++k) { // two real sounds as one complex one
             const auto bin = (*this)[frame][k] / static_cast<float>(kTransform);
             const auto one = bin * first[k];
@@ -69,7 +69,7 @@ std::pair<std::vector<float>, std::vector<float>> Spectra::Sounds(const Gains& f
         for (std::size_t i = 0; i < kTransform; ++i)
             sum[frame * kHop + i] += out[i];
     }
-    std::pair<std::vector<float>, std::vector<float>> sounds;
+    std::pair<Sound, Sound> sounds;
     sounds.first.reserve(samples_);
     sounds.second.reserve(samples_);
     for (std::size_t i = 0; i < samples_; ++i) {
@@ -91,9 +91,9 @@ MelBands::MelBands(std::size_t bandCount, double lowest, double highest)
     }
 }
 
-std::vector<float> MelBands::PowersOf(std::span<const Spectra::Bin> frame) const
+Powers MelBands::PowersOf(std::span<const Spectra::Bin> frame) const
 {
-    std::vector<float> powers(count + 1); // and one for what belongs to none
+    Powers powers(count + 1); // and one for what belongs to none
     for (std::size_t k = 0; k < frame.size(); ++k)
         powers[ofBin[k]] += std::norm(frame[k]);
     powers.pop_back();

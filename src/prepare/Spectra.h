@@ -1,5 +1,9 @@
-// Spectra.h: a sound as the spectra of windows that overlap, and back.
+// Spectra.h: a sound's short-time Fourier transform, and the sound again by overlap-add: Allen, Rabiner: A unified
+// approach to short-time Fourier analysis and synthesis, 1977.
 #pragma once
+
+#include "prepare/Levels.h"
+#include "prepare/Progress.h"
 
 #include <kissfft/kissfft.hh>
 
@@ -24,15 +28,15 @@ public:
 
     [[nodiscard]] static double HertzOf(std::size_t bin);
 
-    explicit Spectra(std::span<const float> sound);
+    Spectra(std::span<const float> sound, const Progress& progress);
 
     [[nodiscard]] std::size_t Size() const { return bins_.size() / kBins; }
     [[nodiscard]] std::span<Bin> operator[](std::size_t frame) { return {&bins_[frame * kBins], kBins}; }
     [[nodiscard]] std::span<const Bin> operator[](std::size_t frame) const { return {&bins_[frame * kBins], kBins}; }
 
     /// The sounds behind two sets of gains; nothing is moved in time.
-    [[nodiscard]] std::pair<std::vector<float>, std::vector<float>> Sounds(const Gains& first,
-                                                                           const Gains& second) const;
+    [[nodiscard]] std::pair<Sound, Sound> Sounds(const Gains& first, const Gains& second,
+                                                 const Progress& progress) const;
 
 private:
     std::size_t samples_;
@@ -46,8 +50,8 @@ struct MelBands {
     std::size_t count;
     std::vector<std::size_t> ofBin;
 
-    /// The power of `frame` in each band.
-    [[nodiscard]] std::vector<float> PowersOf(std::span<const Spectra::Bin> frame) const;
+    /// Of `frame` in each band.
+    [[nodiscard]] Powers PowersOf(std::span<const Spectra::Bin> frame) const;
 };
 
 } // namespace prepare

@@ -17,7 +17,7 @@ namespace {
 Spectra::Gains LevellingGains(const Spectra& spectra)
 {
     const MelBands bands(15, kLowest, kHighest);
-    std::vector<Levels> powers(bands.count);
+    std::vector<Powers> powers(bands.count);
     for (std::size_t frame = 0; frame < spectra.Size(); ++frame) {
         const auto inFrame = bands.PowersOf(spectra[frame]);
         for (std::size_t band = 0; band < bands.count; ++band)
@@ -25,7 +25,7 @@ Spectra::Gains LevellingGains(const Spectra& spectra)
     }
     std::vector<float> ofBand(bands.count + 1); // and one for what belongs to none
     for (std::size_t band = 0; band < bands.count; ++band) {
-        const auto loud = Loud(powers[band]);
+        const auto loud = LoudPower(powers[band]);
         if (loud > 0) ofBand[band] = 1 / std::sqrt(loud);
     }
     Spectra::Gains gains(Spectra::kBins);
@@ -42,55 +42,59 @@ Spectra::Gains GainsBetween(double lowest, double highest) // Hz
     return gains;
 }
 
-/// Without the silence at both ends.
-Levels Trimmed(const Levels& target)
+/// What the choice is to come near to, without the silence at both ends.
+struct Target {
+    Sound sound;
+    double start; // seconds that were left out before it
+};
+
+Target Trimmed(const Sound& target)
 {
-    const auto isHeard = [](float level) { return level != 0; };
+    const auto isHeard = [](float sample) { return sample != 0; };
     const auto first = std::ranges::find_if(target, isHeard);
     const auto last = std::find_if(target.rbegin(), target.rend(), isHeard).base();
-    return first < last ? Levels(first, last) : Levels();
+    if (first >= last) return {};
+    return {.sound = Sound(first, last), .start = SecondsAt(static_cast<std::size_t>(first - target.begin()))};
 }
 
 enum class Bands { AsTheyAre, Levelled };
 
-Levels TargetOf(std::span<const float> sound, Bands bands)
+Target TargetOf(std::span<const float> sound, Bands bands, const Progress& progress)
 {
-    Spectra spectra(sound);
+    Spectra spectra(sound, progress);
     auto noise = NoiseOf(spectra);
     TakeOut(noise, spectra);
     const auto audible = GainsBetween(kLowest, kSoundRate);
     std::ranges::transform(noise, audible, noise.begin(), std::multiplies());
     const auto gains = bands == Bands::Levelled ? LevellingGains(spectra) : GainsBetween(kLowest, kHighest);
-    auto [plain, target] = spectra.Sounds(audible, gains);
+    auto [plain, target] = spectra.Sounds(audible, gains, progress);
     LevelMoments(Heard(plain, noise), target);
     return Trimmed(target);
 }
 
-machine::RunBytes PeriodsOf(const Levels& target, const machine::Playback& playback, std::size_t mostRunBytes,
-                            const Progress& progress)
+Periods PeriodsOf(std::span<const float> sound, Bands bands, const Limits& limits, const Progress& progress)
 {
     constexpr Prices kPrices{.least = 0.09F, .most = 2.0F};
-    auto fit = FitPeriods(target, playback, kPrices, mostRunBytes);
-    progress(0.4);
-    const auto nearer = Approach(target, playback, fit.price);
-    progress(0.7);
-    fit = FitPeriods(nearer, playback, {.least = fit.price, .most = kPrices.most}, mostRunBytes);
-    progress(1);
-    return fit.runBytes;
+    const auto target = TargetOf(sound, bands, progress.Stage(0, 0.1));
+    Steps steps(progress.Stage(0.1, 1));
+    const auto& playback = limits.playback;
+    auto fit = FitPeriods(target.sound, playback, kPrices, limits.runBytes, steps, kApproaches + 1);
+    const int tries = fit.price > kPrices.least ? 2 : 0; // as many times the size won't fit at once again
+    const auto nearer = Approach(target.sound, playback, fit.price, steps, 1 + tries);
+    fit = FitPeriods(nearer, playback, {.least = fit.price, .most = kPrices.most}, limits.runBytes, steps, tries);
+    return {.runBytes = std::move(fit.runBytes), .start = target.start};
 }
 
 } // namespace
 
-machine::RunBytes SpeechPeriods(std::span<const float> sound, const machine::Playback& playback,
-                                std::size_t mostRunBytes, const Progress& progress)
+Periods SpeechPeriods(std::span<const float> sound, const Limits& limits, const Progress& progress)
 {
-    return PeriodsOf(TargetOf(sound, Bands::Levelled), playback, mostRunBytes, progress);
+    return PeriodsOf(sound, Bands::Levelled, limits, progress);
 }
 
-machine::RunBytes SoundPeriods(std::span<const float> sound, const machine::Playback& playback,
-                               std::size_t mostRunBytes, const Progress& progress)
+Periods SoundPeriods(std::span<const float> sound, const Limits& limits, const Progress& progress)
 {
-    return PeriodsOf(TargetOf(sound, Bands::AsTheyAre), playback, mostRunBytes, progress);
+    return PeriodsOf(sound, Bands::AsTheyAre, limits, progress);
 }
 
 } // namespace prepare

@@ -6,20 +6,16 @@
 // What is silent before the first sound and behind the last is left out.
 #pragma once
 
-#include "machine/RunBytes.h"
-#include "prepare/Sound.h"
+#include "prepare/Periods.h"
+#include "prepare/Progress.h"
 
-#include <cstddef>
 #include <span>
 
 namespace prepare {
 
-/// The run bytes for `sound`, without the end mark: no more than are worth it, and no more than `mostRunBytes`; empty
-/// where nothing is to be heard. Where it can't be heard in so few, the list is longer than `mostRunBytes`: the
-/// shortest that is still worth hearing.
-[[nodiscard]] machine::RunBytes SpeechPeriods(std::span<const float> sound, const machine::Playback& playback,
-                                              std::size_t mostRunBytes, const Progress& progress);
-[[nodiscard]] machine::RunBytes SoundPeriods(std::span<const float> sound, const machine::Playback& playback,
-                                             std::size_t mostRunBytes, const Progress& progress);
+/// For `sound`, no more run bytes than are worth it. Where it can't be heard in so few as are asked for, the list is
+/// longer: the shortest that is still worth hearing.
+[[nodiscard]] Periods SpeechPeriods(std::span<const float> sound, const Limits& limits, const Progress& progress);
+[[nodiscard]] Periods SoundPeriods(std::span<const float> sound, const Limits& limits, const Progress& progress);
 
 } // namespace prepare

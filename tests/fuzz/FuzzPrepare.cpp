@@ -2,10 +2,9 @@
 // Input: a byte of switches, then samples of 16 bits, or arguments that end with zeros.
 #include "core/HexTokenText.h"
 #include "core/PeriodEncoder.h"
-#include "prepare/Melody.h"
-#include "prepare/Options.h"
+#include "prepare/Prepare.h"
 #include "prepare/RecordingBytes.h"
-#include "prepare/SpeechTarget.h"
+#include "prepare/command/Options.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -38,11 +37,19 @@ void TrySound(int switches, const std::string& bytes)
     Sound sound;
     for (const auto sample : samples)
         sound.insert(sound.end(), 1 + static_cast<std::size_t>(switches / 64) * 20, static_cast<float>(sample) / 32768);
-    const machine::Playback playback{machine::kSampleRates[static_cast<std::size_t>(switches) / 4 % 3],
-                                     {.clock = 3'580'000, .waits = switches & 1}};
-    const auto periods = (switches & 2) != 0 ? SpeechPeriods : (switches & 16) != 0 ? SoundPeriods : MelodyPeriods;
-    const auto runBytes = periods(sound, playback, 2000, [](double) {});
-    if (runBytes.empty()) return;
+    const auto choice = static_cast<std::size_t>(switches) % 32;
+    const auto kind = kKinds.at(choice / 2 % kKinds.size());
+    const auto& rate = machine::kSampleRates.at(choice / 2 / kKinds.size() % machine::kSampleRates.size());
+    const machine::Playback playback{rate, {.clock = 3'580'000, .waits = switches & 1}};
+    const Job job{.recording = {.rate = 1, .channels = 1, .seconds = {}, .from = 0, .sound = std::move(sound)},
+                  .kind = kind,
+                  .limits = {.playback = playback, .runBytes = 2000}};
+    const auto made = Prepare(job, Progress([](double /*done*/) { return true; }));
+    if (const auto* const refusal = std::get_if<Refusal>(&made)) {
+        if (refusal->kind != Refusal::Kind::Inaudible && refusal->kind != Refusal::Kind::TooManyBytes) std::abort();
+        return;
+    }
+    const auto& runBytes = std::get<Prepared>(made).runBytes;
 
     core::BackgroundTask yield([] {});
     const auto recording = RecordingBytes(runBytes, playback.rate);

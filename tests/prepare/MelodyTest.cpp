@@ -1,5 +1,6 @@
 // Tones made here, and what the machine's port plays of them, by the times that it takes.
 #include "prepare/Melody.h"
+#include "prepare/Sound.h"
 
 #include <gtest/gtest.h>
 
@@ -50,7 +51,8 @@ machine::Playback At(std::uint32_t hertz, machine::Machine machine = {})
 
 machine::RunBytes Melody(const Sound& sound, const machine::Playback& playback, std::size_t mostRunBytes = 100'000)
 {
-    return MelodyPeriods(sound, playback, mostRunBytes, [](double) {});
+    const Progress progress([](double /*done*/) { return true; });
+    return MelodyPeriods(sound, {playback, mostRunBytes}, progress).runBytes;
 }
 
 /// Periods of the port from one time to another; a byte 254, which is silence, is none.

@@ -3,6 +3,7 @@
 #include "machine/Timing.h"
 #include "prepare/PeriodChoice.h"
 #include "prepare/RecordingBytes.h"
+#include "prepare/Sound.h"
 #include "prepare/SpeechTarget.h"
 
 #include <gtest/gtest.h>
@@ -49,9 +50,7 @@ TEST(RecordingBytes, LeadToEveryListThatARecordingCanLeadTo)
             }
             bytes.push_back(static_cast<machine::RunByte>(length));
         }
-        const auto recording = RecordingBytes(bytes, Rate(8000));
-        ASSERT_EQ(Encoded(recording), bytes);
-        ASSERT_EQ(recording.size(), 44 + RecordingSamples(bytes));
+        ASSERT_EQ(Encoded(RecordingBytes(bytes, Rate(8000))), bytes);
     }
 }
 
@@ -97,10 +96,14 @@ double Syllables(double seconds)
     return 0.2 * voice * std::max(0.0, std::sin(2 * std::numbers::pi * seconds / 0.3));
 }
 
-void NoProgress(double /*done*/)
-{}
-
 constexpr std::size_t kAnySize = 28000;
+
+/// What `choose` makes of `sound`.
+machine::RunBytes ListOf(decltype(&SpeechPeriods) choose, const Sound& sound, const machine::Playback& playback,
+                         std::size_t most = kAnySize)
+{
+    return choose(sound, {playback, most}, Progress([](double /*done*/) { return true; })).runBytes;
+}
 
 machine::Playback At(std::uint32_t hertz, std::int64_t clock = 3'580'000, std::int64_t waits = 1)
 {
@@ -135,7 +138,7 @@ INSTANTIATE_TEST_SUITE_P(Machines, OnEachMachine,
 
 TEST_P(OnEachMachine, AToneKeepsItsPitch)
 {
-    const auto edges = EdgesOf(SoundPeriods(Between(0, 1, 1, Tone(440)), playback_, kAnySize, NoProgress), playback_);
+    const auto edges = EdgesOf(ListOf(SoundPeriods, Between(0, 1, 1, Tone(440)), playback_), playback_);
     ASSERT_GT(edges.size(), 860U);
     const auto first = edges.begin() + 20; // past where the sound sets in
     const auto last = edges.begin() + 820;
@@ -147,7 +150,7 @@ TEST_P(OnEachMachine, AChirpKeepsItsTime)
     const auto chirp = [](double seconds) { return 300 * seconds + 300 * seconds * seconds; }; // its periods until then
     const auto sound =
         Between(0, 1, 1, [&](double seconds) { return 0.5 * std::sin(2 * std::numbers::pi * chirp(seconds)); });
-    const auto edges = EdgesOf(SoundPeriods(sound, playback_, kAnySize, NoProgress), playback_);
+    const auto edges = EdgesOf(ListOf(SoundPeriods, sound, playback_), playback_);
     for (int tenth = 2; tenth < 9; ++tenth)
         EXPECT_NEAR(CountBetween(edges, 0.1, 0.1 * tenth) / 2.0, chirp(0.1 * tenth) - chirp(0.1), 5) << tenth;
 }
@@ -157,7 +160,7 @@ TEST(SpeechPeriods, LeadToARecordingThatGivesThemBack)
     const auto sound = Between(0, 2, 2, Syllables);
     for (const auto hertz : {6000U, 8000U, 11025U})
         for (const auto& list :
-             {SpeechPeriods(sound, At(hertz), 600, NoProgress), SoundPeriods(sound, At(hertz), kAnySize, NoProgress)}) {
+             {ListOf(SpeechPeriods, sound, At(hertz), 600), ListOf(SoundPeriods, sound, At(hertz))}) {
             ASSERT_GT(list.size(), 200U);
             EXPECT_EQ(Encoded(RecordingBytes(list, Rate(hertz))), list);
         }
@@ -166,20 +169,20 @@ TEST(SpeechPeriods, LeadToARecordingThatGivesThemBack)
 TEST(SpeechPeriods, FillTheSizeAskedForAndNoMore)
 {
     const auto sound = Between(0, 3, 3, Syllables);
-    const auto most = SpeechPeriods(sound, At(11025), kAnySize, NoProgress).size();
+    const auto most = ListOf(SpeechPeriods, sound, At(11025)).size();
     for (const auto part : {0.5, 0.7, 0.9}) {
         const auto asked = static_cast<std::size_t>(part * static_cast<double>(most));
-        const auto size = SpeechPeriods(sound, At(11025), asked, NoProgress).size();
+        const auto size = ListOf(SpeechPeriods, sound, At(11025), asked).size();
         EXPECT_LE(size, asked);
         EXPECT_GE(size, asked * 9 / 10);
     }
-    EXPECT_GT(SpeechPeriods(sound, At(11025), 20, NoProgress).size(), 20U); // which tells that it can't be done
+    EXPECT_GT(ListOf(SpeechPeriods, sound, At(11025), 20).size(), 20U); // which tells that it can't be done
 }
 
 TEST(SpeechPeriods, AreNoneWhereNothingIsHeard)
 {
     for (const auto& silence : {Sound(), Sound(1), Sound(kSoundRate), Sound(kSoundRate, 0.05F)})
-        EXPECT_TRUE(SpeechPeriods(silence, At(11025), kAnySize, NoProgress).empty()) << silence.size();
+        EXPECT_TRUE(ListOf(SpeechPeriods, silence, At(11025)).empty()) << silence.size();
 }
 
 TEST(SpeechPeriods, HaveSilentPausesAndEnds)
@@ -200,7 +203,7 @@ TEST(SpeechPeriods, HaveSilentPausesAndEnds)
         for (const auto start : {0.9, 2.7}) // two syllables, and one
             std::ranges::transform(sound, Between(start, start + (start < 1 ? 0.6 : 0.3), kLength, Syllables),
                                    sound.begin(), std::plus());
-        const auto list = SpeechPeriods(sound, At(11025), kAnySize, NoProgress);
+        const auto list = ListOf(SpeechPeriods, sound, At(11025));
         const auto edges = EdgesOf(list, At(11025));
         ASSERT_FALSE(edges.empty());
         EXPECT_NEAR(edges.back(), 2.85 - 0.9, 0.06);

@@ -1,6 +1,7 @@
 // What sound files become when they are read: of each kind a whole one, parts, damaged ones and such as are none.
 #include "prepare/ReadSound.h"
-#include "prepare/Refusal.h"
+#include "files/Files.h"
+#include "prepare/command/Answer.h"
 #include "support/KnownFile.h"
 #include "support/SoundFiles.h"
 
@@ -38,11 +39,16 @@ protected:
     static std::string RefusalOf(const std::filesystem::path& file, const Part& part = {})
     {
         try {
-            static_cast<void>(ReadSound(file, part, 48));
-            return "";
-        } catch (const Refusal& refusal) {
-            return refusal.what();
+            const auto read = Read(file, part);
+            const auto* const refusal = std::get_if<Refusal>(&read);
+            return refusal == nullptr ? "" : Reason(*refusal, {});
+        } catch (const files::IOException& failure) {
+            return failure.Reason();
         }
+    }
+    static std::variant<Recording, Refusal> Read(const std::filesystem::path& file, const Part& part = {})
+    {
+        return ReadSound(file, part, 48, Progress([](double /*done*/) { return true; }));
     }
 
     const std::filesystem::path folder = NewFolder();
@@ -62,7 +68,7 @@ TEST_F(ReadSoundTest, TakesEachKindWithItsLengthPitchAndLevel)
 {
     for (const auto& [name, format] : kFormats) {
         const auto file = WriteTone(folder / name, format, {.channels = 2, .seconds = 2});
-        const auto whole = ReadSound(file, {}, 48);
+        const auto whole = std::get<Recording>(Read(file));
         EXPECT_EQ(whole.rate, 48000) << name;
         EXPECT_EQ(whole.channels, 2) << name;
         EXPECT_NEAR(whole.seconds.value(), 2, 0.06) << name; // MP3 comes in blocks
@@ -72,7 +78,7 @@ TEST_F(ReadSoundTest, TakesEachKindWithItsLengthPitchAndLevel)
         EXPECT_NEAR(*std::ranges::max_element(whole.sound), 0.25, 0.03)
             << name; // 0.5 on the left, nothing on the right
 
-        const auto part = ReadSound(file, {.from = 1, .length = 0.5}, 48);
+        const auto part = std::get<Recording>(Read(file, {.from = 1, .length = 0.5}));
         EXPECT_NEAR(static_cast<double>(part.sound.size()), 0.5 * kSoundRate, 1) << name;
         EXPECT_NEAR(FallsOf(part.sound, 0.1, 0.4), 264, 2) << name; // 880 Hz
         EXPECT_NE(RefusalOf(file, {.from = 3, .length = {}}), "") << name;
@@ -109,7 +115,7 @@ TEST_F(ReadSoundTest, SurvivesDamageToEachKind)
     // Of these a part is a whole: what is there is taken. The others tell their length, or end with a mark.
     const std::vector<std::string_view> cutUnseen{"8.wav", "24.wav", "float.wav", "adpcm.wav", "aiff", "au", "mp3"};
     for (const auto& [name, format] : kFormats) {
-        const auto bytes = Read(WriteTone(folder / name, format, {.seconds = 0.3}));
+        const auto bytes = ::Read(WriteTone(folder / name, format, {.seconds = 0.3}));
         ASSERT_GT(bytes.size(), 96U) << name;
         const auto half = RefusalOf(Write("cut", bytes.substr(0, bytes.size() / 2)));
         EXPECT_EQ(half.empty(), std::ranges::count(cutUnseen, name) == 1) << name << " says " << half;
@@ -130,11 +136,11 @@ TEST_F(ReadSoundTest, AsksFfmpegForTheRest)
 
     Install("printf '%s\\n' \"$@\" >arguments; /bin/cat tone.au");
     std::filesystem::current_path(folder);
-    const auto recording = ReadSound(strange, {.from = 61.5, .length = {}}, 48);
+    const auto recording = std::get<Recording>(Read(strange, {.from = 61.5, .length = {}}));
     EXPECT_EQ(recording.rate, 48000);
     EXPECT_NEAR(recording.seconds.value(), 63.5, 0.001);
     EXPECT_NEAR(FallsOf(recording.sound, 0.2, 0.7), 220, 2);
-    EXPECT_EQ(Read("arguments"),
+    EXPECT_EQ(::Read("arguments"),
               "-nostdin\n-v\nquiet\n-protocol_whitelist\nfile\n-ss\n61.500000\n-i\nfile:" + strange.string() +
                   "\n-map\n0:a:0\n-t\n49.000000\n-c:a\npcm_f32be\n-f\nau\npipe:1\n");
 

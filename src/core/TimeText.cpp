@@ -1,4 +1,4 @@
-#include "prepare/TimeText.h"
+#include "core/TimeText.h"
 
 #include <charconv>
 #include <cmath>
@@ -6,7 +6,7 @@
 #include <iomanip>
 #include <sstream>
 
-namespace prepare {
+namespace core {
 
 std::optional<double> SecondsOf(std::string_view text)
 {
@@ -38,4 +38,4 @@ std::string TimeText(double seconds)
     return text.str();
 }
 
-} // namespace prepare
+} // namespace core

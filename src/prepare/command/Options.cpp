@@ -1,9 +1,8 @@
-#include "prepare/Options.h"
+#include "prepare/command/Options.h"
 
 #include "command/CommandLine.h"
 #include "core/SoundFileHeader.h"
-#include "machine/Memory.h"
-#include "prepare/TimeText.h"
+#include "core/TimeText.h"
 
 #include <algorithm>
 
@@ -19,7 +18,7 @@ constexpr const char* kFooter = "TIME is in seconds, or m:ss. The exit status is
 CLI::Validator Time()
 {
     return {[](std::string& text) -> std::string {
-                const auto seconds = SecondsOf(text);
+                const auto seconds = core::SecondsOf(text);
                 if (!seconds || *seconds > 1e6) return text + " is no time: write seconds, or m:ss";
                 text = std::to_string(*seconds);
                 return {};
@@ -27,30 +26,51 @@ CLI::Validator Time()
             ""};
 }
 
-CLI::Validator Rate()
+/// "a, b or c".
+std::string Listed(std::vector<std::string> names, const std::string& last)
 {
-    return {[](const std::string& text) -> std::string {
-                const auto isIt = [&](const auto& rate) { return std::to_string(rate.hertz) == text; };
-                if (std::ranges::any_of(machine::kSampleRates, isIt)) return {};
-                return text + " is none of the rates that the machine knows";
-            },
-            ""};
+    auto list = std::move(names.front());
+    for (auto name = names.begin() + 1; name != names.end(); ++name)
+        list += (name + 1 == names.end() ? " " + last + " " : ", ") + *name;
+    return list;
 }
 
-/// What the library leaves as text or number, until all has been found.
+std::string Explained(Kind kind)
+{
+    switch (kind) {
+    case Kind::Speech: return "speech";
+    case Kind::Music: return "music (the melody)";
+    case Kind::AnySound: return "sound (all else)";
+    }
+    return {};
+}
+
+/// Each of `values` as `text` shows it.
+std::vector<std::string> Texts(const auto& values, const auto& text)
+{
+    std::vector<std::string> texts;
+    for (const auto& value : values)
+        texts.emplace_back(text(value));
+    return texts;
+}
+
+const auto kHertz = [](const machine::SampleRate& rate) { return std::to_string(rate.hertz); };
+
+/// What the library leaves as text, until all has been found.
 struct Found {
     std::vector<std::string> inputs;
     std::string output;
-    std::string kind = "speech";
-    std::uint32_t rate = Options().playback.rate.hertz;
+    std::string kind{NameOf(Options().kind)};
+    std::string rate = kHertz(Options().playback.rate);
 };
 
-std::optional<Kind> KindOf(std::string_view name)
+/// Refuses what is none of `names`. The reason ends so.
+CLI::Validator OneOf(std::vector<std::string> names, std::string reason)
 {
-    if (name == "speech") return Kind::Speech;
-    if (name == "music") return Kind::Music;
-    if (name == "sound") return Kind::AnySound;
-    return std::nullopt;
+    return {[names = std::move(names), reason = std::move(reason)](const std::string& text) {
+                return std::ranges::count(names, text) == 1 ? std::string() : text + " is none of " + reason;
+            },
+            ""};
 }
 
 void Describe(CLI::App& app, Options& options, Found& found)
@@ -58,21 +78,25 @@ void Describe(CLI::App& app, Options& options, Found& found)
     app.description("Make of any sound file the recording that sounds best on the machine, for Tonfloss's window.");
     app.footer(kFooter);
 
+    const auto kinds = Texts(kKinds, NameOf);
+    const auto rates = Texts(machine::kSampleRates, kHertz);
     app.add_option("FILE", found.inputs, "Sound files, each prepared by itself")->required()->type_name("");
     command::AddOutput(app, "The recording; else NAME-ready.wav beside the sound file", found.output, options.force);
-    app.add_option("--for", found.kind, "speech, music (the melody) or sound (all else); speech if nothing is said")
+    app.add_option("--for", found.kind,
+                   Listed(Texts(kKinds, Explained), "or") + "; " + found.kind + " if nothing is said")
         ->type_name("KIND")
-        ->check([](const std::string& kind) {
-            return KindOf(kind) ? std::string() : kind + " is none of speech, music and sound";
-        });
-    app.add_option("--size", options.size, "What the sound file for the PC-1600 may take; 28474 if nothing is said")
+        ->check(OneOf(kinds, Listed(kinds, "and")));
+    app.add_option("--size", options.size,
+                   "What the sound file for the PC-1600 may take; " + std::to_string(options.size) +
+                       " if nothing is said")
         ->type_name("BYTES")
         ->transform(command::WholeNumber(kSmallestSize, machine::kLargestSize));
     app.add_option("--from", options.part.from, "Leave out what is before")->type_name("TIME")->transform(Time());
     app.add_option("--length", options.part.length, "Take no more than this")->type_name("TIME")->transform(Time());
-    app.add_option("--rate", found.rate, "Of the recording, 6000, 8000 or 11025; 11025 if nothing is said")
+    app.add_option("--rate", found.rate,
+                   "Of the recording, " + Listed(rates, "or") + "; " + found.rate + " if nothing is said")
         ->type_name("HERTZ")
-        ->check(Rate());
+        ->check(OneOf(rates, "the rates that the machine knows"));
     command::AddMachine(app, options.playback.machine);
     app.add_flag("--wait", options.waits)->group(""); // of the desktop entry: its terminal closes with the program
 }
@@ -94,8 +118,8 @@ std::variant<Options, command::Ending> ParseOptions(std::vector<std::string> arg
     for (const auto& input : found.inputs)
         options.inputs.push_back(command::PathOf(input));
     options.output = command::PathOf(found.output);
-    options.kind = KindOf(found.kind).value();
-    options.playback.rate = *machine::RateOfHertz(found.rate);
+    options.kind = *std::ranges::find(kKinds, found.kind, NameOf);
+    options.playback.rate = *std::ranges::find(machine::kSampleRates, found.rate, kHertz);
     return options;
 }
 

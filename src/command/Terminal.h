@@ -1,7 +1,7 @@
 // Terminal.h: what the program has to know of the terminal that it runs in.
 #pragma once
 
-namespace prepare {
+namespace command {
 
 /// Lets the terminal show UTF-8 until the program ends.
 void SetUpTerminal();
@@ -12,4 +12,4 @@ void SetUpTerminal();
 /// True where the terminal was opened for this program alone and closes with it.
 [[nodiscard]] bool ClosesWithProgram();
 
-} // namespace prepare
+} // namespace command

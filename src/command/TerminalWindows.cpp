@@ -1,4 +1,4 @@
-#include "prepare/Terminal.h"
+#include "command/Terminal.h"
 
 #include <windows.h>
 
@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace prepare {
+namespace command {
 
 void SetUpTerminal()
 {
@@ -29,4 +29,4 @@ bool ClosesWithProgram()
     return GetConsoleProcessList(programs.data(), static_cast<DWORD>(programs.size())) == 1;
 }
 
-} // namespace prepare
+} // namespace command

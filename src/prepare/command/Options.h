@@ -4,18 +4,15 @@
 #include "command/Messages.h"
 #include "machine/Memory.h"
 #include "machine/RunBytes.h"
-#include "prepare/ReadSound.h"
-#include "prepare/Sound.h"
+#include "prepare/Prepare.h"
 
+#include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
 
 namespace prepare {
-
-enum class Kind { Speech, Music, AnySound };
 
 struct Options {
     std::vector<std::filesystem::path> inputs; // at least one
@@ -24,9 +21,8 @@ struct Options {
     Kind kind = Kind::Speech;
     std::int64_t size = machine::kLargestSize; // bytes, what the PC-1600's file may take
     Part part;
-    machine::Playback playback = {.rate = machine::kSampleRates.back(),
-                                  .machine = {}}; // whose delay steps are the finest
-    bool waits = false;                           // for Return, before the program ends
+    machine::Playback playback = {.rate = machine::kSampleRates.back(), .machine = {}}; // of the finest delay steps
+    bool waits = false; // for Return, before the program ends
 };
 
 /// Requires: `arguments` are UTF-8, and without the program's name.

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace prepare {
+namespace core {
 
 /// The seconds that `text` means; none where it means none.
 [[nodiscard]] std::optional<double> SecondsOf(std::string_view text);
@@ -14,4 +14,4 @@ namespace prepare {
 /// To the tenth: "0:12.5".
 [[nodiscard]] std::string TimeText(double seconds);
 
-} // namespace prepare
+} // namespace core

@@ -1,8 +1,8 @@
-#include "prepare/Terminal.h"
+#include "command/Terminal.h"
 
 #include <unistd.h>
 
-namespace prepare {
+namespace command {
 
 void SetUpTerminal()
 {} // it shows UTF-8 as it is
@@ -17,4 +17,4 @@ bool ClosesWithProgram()
     return false; // it can't be known here: the desktop entry says so by an option
 }
 
-} // namespace prepare
+} // namespace command

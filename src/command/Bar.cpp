@@ -1,0 +1,32 @@
+#include "command/Bar.h"
+
+#include "command/Terminal.h"
+
+#include <iostream>
+#include <string>
+
+namespace command {
+namespace {
+
+constexpr std::size_t kWidth = 50; // characters
+
+} // namespace
+
+Bar::~Bar()
+{
+    if (isShown_) std::cerr << '\r' << std::string(kWidth + 8, ' ') << '\r';
+}
+
+void Bar::Show(double done)
+{
+    static const bool isSeen = ShowsProgress();
+    const auto percent = static_cast<int>(done * 100);
+    if (!isSeen || percent == percent_ || Clock::now() - start_ < std::chrono::seconds(1)) return;
+    percent_ = percent;
+    isShown_ = true;
+    const auto full = static_cast<std::size_t>(done * kWidth);
+    std::cerr << "\r[" << std::string(full, '#') << std::string(kWidth - full, '.') << "] " << percent << " %"
+              << std::flush;
+}
+
+} // namespace command

@@ -1,0 +1,24 @@
+// Bar.h: how far a command is, on the terminal.
+#pragma once
+
+#include <chrono>
+
+namespace command {
+
+/// Shown on standard error where that is a terminal, for work that takes more than a second.
+class Bar {
+public:
+    ~Bar();
+
+    /// `done` of the work, 0 to 1.
+    void Show(double done);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    Clock::time_point start_ = Clock::now();
+    int percent_ = -1;
+    bool isShown_ = false;
+};
+
+} // namespace command

@@ -1,0 +1,94 @@
+#include "command/Bar.h"
+#include "command/Messages.h"
+#include "command/Terminal.h"
+#include "core/SoundFileHeader.h"
+#include "files/Files.h"
+#include "prepare/RecordingBytes.h"
+#include "prepare/command/Answer.h"
+#include "prepare/command/Options.h"
+
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+
+namespace {
+
+using namespace prepare;
+
+namespace fs = std::filesystem;
+
+constexpr auto kProgram = "tonfloss-prepare";
+
+fs::path OutputBeside(const fs::path& input)
+{
+    auto name = input.stem();
+    name += "-ready.wav";
+    return input.parent_path() / name;
+}
+
+/// The answer to `input`, once its recording is at `output`.
+std::variant<std::string, Refusal> AnswerTo(const fs::path& input, const fs::path& output, const Options& options)
+{
+    const auto existing = options.force ? files::Existing::Replace : files::Existing::Refuse;
+    std::error_code error;
+    if (!options.force && fs::exists(fs::symlink_status(output, error))) // asked again when it is written
+        throw files::IOException(files::IOException::Kind::Exists, output);
+
+    command::Bar bar;
+    const Progress progress([&](double done) { return bar.Show(done), true; });
+    auto read = ReadSound(input, options.part, MostSeconds(options.playback), progress.Stage(0, 0.2));
+    if (const auto* const refusal = std::get_if<Refusal>(&read)) return *refusal;
+    const auto room = static_cast<std::size_t>(options.size - core::kTokensPC1600 - 1); // the end mark
+    const Job job{.recording = std::move(std::get<Recording>(read)),
+                  .kind = options.kind,
+                  .limits = {.playback = options.playback, .runBytes = room}};
+    const auto made = Prepare(job, progress.Stage(0.2, 1));
+    if (const auto* const refusal = std::get_if<Refusal>(&made)) return *refusal;
+    const auto& prepared = std::get<Prepared>(made);
+    const auto bytes = RecordingBytes(prepared.runBytes, options.playback.rate);
+    files::Write(
+        output, existing, [&](const files::ByteSink& sink) { sink(bytes); }, input);
+    return Answer(input, output, options, job.recording, prepared);
+}
+
+/// False where `input` couldn't be prepared: the user has been told.
+bool IsPrepared(const fs::path& input, const Options& options)
+{
+    const auto text = input.u8string();
+    const std::string name(text.begin(), text.end());
+    try {
+        const auto answer = AnswerTo(input, options.output.empty() ? OutputBeside(input) : options.output, options);
+        if (const auto* const refusal = std::get_if<Refusal>(&answer)) {
+            command::Complain(kProgram, name, Reason(*refusal, options));
+            return false;
+        }
+        command::Show(std::get<std::string>(answer));
+        return true;
+    } catch (const std::exception& failure) {
+        command::Complain(kProgram, name, failure);
+        return false;
+    }
+}
+
+int Run(std::vector<std::string> arguments)
+{
+    command::SetUpTerminal();
+    const auto parsed = ParseOptions(std::move(arguments));
+    if (const auto* const ending = std::get_if<command::Ending>(&parsed)) return command::Show(*ending);
+    const auto& options = std::get<Options>(parsed);
+    bool areAllPrepared = true;
+    for (const auto& input : options.inputs)
+        areAllPrepared = IsPrepared(input, options) && areAllPrepared;
+    if (options.waits || command::ClosesWithProgram()) {
+        std::cout << "Press Return to close this window." << std::endl;
+        std::cin.get();
+    }
+    return areAllPrepared ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    return command::Run(kProgram, argc, argv, Run);
+}
