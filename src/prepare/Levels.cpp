@@ -59,7 +59,7 @@ float AmplitudeOf(double decibels)
 
 Amplitudes Envelope(std::span<const float> sound, double seconds)
 {
-    const auto width = SamplesIn(seconds / 2);
+    const auto width = sound::SamplesIn(seconds / 2);
     std::vector<float> envelope(sound.size());
     std::ranges::transform(sound, envelope.begin(), [](float sample) { return sample * sample; });
     envelope = Mean(Mean(envelope, width), width);

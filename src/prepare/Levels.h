@@ -2,7 +2,7 @@
 // amplitude and a hundredth of a power.
 #pragma once
 
-#include "prepare/Sound.h"
+#include "sound/Sound.h"
 
 #include <span>
 #include <vector>
@@ -11,6 +11,9 @@ namespace prepare {
 
 using Amplitudes = std::vector<float>;
 using Powers = std::vector<float>;
+
+/// Where something is to be heard: one for each sample.
+using Mask = std::vector<bool>;
 
 /// The value that a share of all values don't exceed; 0 of none.
 [[nodiscard]] float Quantile(std::vector<float> values, double share);

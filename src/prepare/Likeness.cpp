@@ -1,7 +1,6 @@
 #include "prepare/Likeness.h"
 
 #include "machine/Timing.h"
-#include "prepare/Levels.h"
 #include "prepare/PeriodChoice.h"
 #include "prepare/Spectra.h"
 
@@ -12,12 +11,13 @@
 namespace prepare {
 namespace {
 
-/// The port at kSoundRate: the mean of its level, 1 or -1, within each sample.
-Sound Played(std::span<const machine::RunByte> runBytes, const machine::Playback& playback, std::size_t samples)
+/// The port at sound::kRate: the mean of its level, 1 or -1, within each sample.
+sound::Samples Played(std::span<const machine::RunByte> runBytes, const machine::Playback& playback,
+                      std::size_t samples)
 {
     const auto performance = machine::PerformanceOf(runBytes, playback);
-    const auto samplesPerCycle = kSoundRate / static_cast<double>(playback.machine.clock);
-    Sound wave(samples);
+    const auto samplesPerCycle = sound::kRate / static_cast<double>(playback.machine.clock);
+    sound::Samples wave(samples);
     double now = 0; // in samples
     float level = 0;
     const auto holdUntil = [&](std::int64_t time) {
@@ -71,7 +71,7 @@ void AskForMore(const Spectra& wanted, const MelBands& bands, std::span<float> g
 
 } // namespace
 
-void LevelMoments(const Mask& heard, Sound& target)
+void LevelMoments(const Mask& heard, sound::Samples& target)
 {
     constexpr double kWindow = 0.020; // seconds: within them the levels stay as they are
     constexpr double kFaintest = -40; // dB, against the loud moments: fainter ones are raised no more
@@ -81,7 +81,8 @@ void LevelMoments(const Mask& heard, Sound& target)
         target[i] = heard[i] ? target[i] / std::max(level[i], faintest) : 0;
 }
 
-Sound Approach(const Sound& target, const machine::Playback& playback, float price, Steps& steps, int others)
+sound::Samples Approach(const sound::Samples& target, const machine::Playback& playback, float price,
+                        core::Steps& steps, int others)
 {
     const MelBands bands(20, kLowest, kHighest);
     const Spectra::Gains ones(Spectra::kBins, 1);

@@ -2,9 +2,9 @@
 // estimation from modified short-time Fourier transform, 1984): there onto the sounds, here onto the lists of periods.
 #pragma once
 
+#include "core/Progress.h"
 #include "machine/RunBytes.h"
-#include "prepare/Progress.h"
-#include "prepare/Sound.h"
+#include "prepare/Levels.h"
 
 #include <span>
 
@@ -17,12 +17,12 @@ inline constexpr double kHighest = 5500; // Hz
 inline constexpr int kApproaches = 3; // that Approach makes; more of them hardly make it better
 
 /// Gives all moments of `target` that are `heard` the same level, and silences the others.
-void LevelMoments(const Mask& heard, Sound& target);
+void LevelMoments(const Mask& heard, sound::Samples& target);
 
 /// `target` as a square wave gets nearer to it. Nobody hears phases: they become those of the wave that was chosen at
 /// `price`; and what the wave lacks in a band at a moment is asked for louder, what it has too much of softer. Leaves
 /// room for `others` behind its own steps.
-[[nodiscard]] Sound Approach(const Sound& target, const machine::Playback& playback, float price, Steps& steps,
-                             int others);
+[[nodiscard]] sound::Samples Approach(const sound::Samples& target, const machine::Playback& playback, float price,
+                                      core::Steps& steps, int others);
 
 } // namespace prepare

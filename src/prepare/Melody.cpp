@@ -1,7 +1,7 @@
 #include "prepare/Melody.h"
 
 #include "prepare/PitchTrack.h"
-#include "prepare/Sound.h"
+#include "sound/Sound.h"
 
 #include <algorithm>
 #include <cmath>
@@ -100,7 +100,7 @@ private:
 /// Where a pitch of the track lies in the sound.
 double SecondsOf(std::size_t pitch)
 {
-    return SecondsAt(pitch * kPitchHop);
+    return sound::SecondsAt(pitch * kPitchHop);
 }
 
 /// The run bytes of the notes, of each only that part from its beginning on.
@@ -119,7 +119,7 @@ machine::RunBytes Play(const std::vector<float>& track, const std::vector<Note>&
 
 } // namespace
 
-Periods MelodyPeriods(std::span<const float> sound, const Limits& limits, const Progress& progress)
+Periods MelodyPeriods(std::span<const float> sound, const Limits& limits, const core::Progress& progress)
 {
     constexpr int kParts = 30;
     constexpr int kFewestParts = 12;

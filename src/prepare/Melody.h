@@ -10,8 +10,8 @@
 // What is silent before the first tone and behind the last is left out.
 #pragma once
 
+#include "core/Progress.h"
 #include "prepare/Periods.h"
-#include "prepare/Progress.h"
 
 #include <span>
 
@@ -19,6 +19,6 @@ namespace prepare {
 
 /// Of the melody of `sound`. Where it can't be heard in so few run bytes as are asked for, the list is longer: the
 /// shortest that is still the tune.
-[[nodiscard]] Periods MelodyPeriods(std::span<const float> sound, const Limits& limits, const Progress& progress);
+[[nodiscard]] Periods MelodyPeriods(std::span<const float> sound, const Limits& limits, const core::Progress& progress);
 
 } // namespace prepare

@@ -19,8 +19,8 @@ float AmplitudeOfNoise(const Powers& noise)
 /// Silences what is too short for a sound and stands too much alone to be part of one: clicks.
 void TakeClicksOut(Mask& heard)
 {
-    constexpr std::ptrdiff_t kShort = SamplesIn(0.060); // a click and what the windows make of it
-    constexpr std::ptrdiff_t kAlone = SamplesIn(0.120);
+    constexpr std::ptrdiff_t kShort = sound::SamplesIn(0.060); // a click and what the windows make of it
+    constexpr std::ptrdiff_t kAlone = sound::SamplesIn(0.120);
     std::optional<Mask::iterator> before; // the end of what is heard before
     for (auto first = std::find(heard.begin(), heard.end(), true); first != heard.end();) {
         const auto last = std::find(first, heard.end(), false);
@@ -42,7 +42,7 @@ Powers NoiseOf(const Spectra& spectra)
     constexpr double kPauses = 0.12;  // of all frames: the softest
     constexpr float kSofter = 0.25F;  // of the loud frames' power at most, or there are no pauses
     constexpr double kAboveHum = 250; // Hz
-    const MelBands judged(1, kAboveHum, kSoundRate);
+    const MelBands judged(1, kAboveHum, sound::kRate);
     Powers powers;
     for (std::size_t frame = 0; frame < spectra.Size(); ++frame)
         powers.push_back(judged.PowersOf(spectra[frame]).front());
@@ -73,7 +73,7 @@ void TakeOut(const Powers& noise, Spectra& spectra)
         }
 }
 
-Mask Heard(const Sound& sound, const Powers& noise)
+Mask Heard(const sound::Samples& sound, const Powers& noise)
 {
     constexpr double kWindow = 0.020; // seconds
     constexpr double kSilent = -40;   // dB, against the loud moments

@@ -14,6 +14,6 @@ namespace prepare {
 void TakeOut(const Powers& noise, Spectra& spectra);
 
 /// Where something is to be heard in `sound`, whose `noise` has been taken out.
-[[nodiscard]] Mask Heard(const Sound& sound, const Powers& noise);
+[[nodiscard]] Mask Heard(const sound::Samples& sound, const Powers& noise);
 
 } // namespace prepare

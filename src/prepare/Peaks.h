@@ -2,7 +2,7 @@
 // logarithms (Smith, Serra: PARSHL, 1987).
 #pragma once
 
-#include "prepare/Sound.h"
+#include "sound/Sound.h"
 
 #include <cstddef>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "prepare/PeriodChoice.h"
 
-#include "prepare/Sound.h"
+#include "sound/Sound.h"
 
 #include <algorithm>
 #include <cmath>
@@ -28,8 +28,8 @@ struct Integrals {
 
 Integrals IntegralsOf(std::span<const float> target)
 {
-    constexpr double kSampleMs = 1000.0 / kSoundRate;
-    constexpr std::ptrdiff_t kDeep = SamplesIn(kDeepSilence);
+    constexpr double kSampleMs = 1000.0 / sound::kRate;
+    constexpr std::ptrdiff_t kDeep = sound::SamplesIn(kDeepSilence);
     Integrals sums;
     sums.wave.reserve(target.size() + 1);
     sums.silence.resize(target.size() + 1);
@@ -56,10 +56,11 @@ double At(const std::vector<double>& sums, double sample)
 
 } // namespace
 
-PeriodChoice::PeriodChoice(std::span<const float> target, const machine::Playback& playback, const Progress& progress)
+PeriodChoice::PeriodChoice(std::span<const float> target, const machine::Playback& playback,
+                           const core::Progress& progress)
     : playback_(playback),
       step_(machine::StepCycles(playback)),
-      steps_(target.size() * static_cast<std::size_t>(playback.machine.clock) / kSoundRate /
+      steps_(target.size() * static_cast<std::size_t>(playback.machine.clock) / sound::kRate /
              static_cast<std::size_t>(2 * step_)),
       longest_(static_cast<std::int32_t>(std::clamp<std::int64_t>(
           std::llround(kLongestPeriod * static_cast<double>(playback.machine.clock)) / (2 * step_),
@@ -71,7 +72,7 @@ PeriodChoice::PeriodChoice(std::span<const float> target, const machine::Playbac
       from_(score_.size())
 {
     const auto sums = IntegralsOf(target);
-    const auto samplesPerCycle = kSoundRate / static_cast<double>(playback.machine.clock);
+    const auto samplesPerCycle = sound::kRate / static_cast<double>(playback.machine.clock);
     const auto samplesPerPlace = samplesPerCycle * static_cast<double>(step_) / kPlaces;
     for (std::size_t i = 0; i < Columns() && (i % kColumnsPerLook != 0 || progress.GoesOn()); ++i)
         for (std::size_t place = 0; place < 2 * kPlaces; ++place) {
@@ -132,7 +133,7 @@ void PeriodChoice::Spread(std::int64_t time, float base)
     }
 }
 
-machine::RunBytes PeriodChoice::AtPrice(float price, const Progress& progress)
+machine::RunBytes PeriodChoice::AtPrice(float price, const core::Progress& progress)
 {
     const auto silent = machine::CyclesOf(machine::kStaysHigh, playback_);
     std::ranges::fill(score_, kNever);
@@ -176,7 +177,7 @@ machine::RunBytes PeriodChoice::WayBack() const
 }
 
 FittedPeriods FitPeriods(std::span<const float> target, const machine::Playback& playback, Prices prices,
-                         std::size_t mostBytes, Steps& steps, int others)
+                         std::size_t mostBytes, core::Steps& steps, int others)
 {
     constexpr int kTries = 7;
     constexpr int kMostlyTries = 3; // until it is full

@@ -1,7 +1,7 @@
 // PeriodChoice.h: the run bytes whose square wave, as the machine plays it, is most like a target: a Viterbi search over
 // the machine's clock (Forney: The Viterbi algorithm, 1973), in which the price of a byte is a Lagrange multiplier
 // (Shoham, Gersho: Efficient bit allocation for an arbitrary set of quantizers, 1988).
-//     target   at kSoundRate. Its level says how much each moment counts; where it is 0 for long nothing is to be heard
+//     target   at sound::kRate. Its level says how much each moment counts; where it is 0 for long nothing is to be heard
 //     score    of a period: the target's integral over the high half less that over the low one, in ms, less the price
 //              of a byte. So a level of 1 that is met throughout earns 1 a millisecond.
 //     254      keeps the port high and so is silence: it scores 0, less its price
@@ -10,8 +10,8 @@
 // holds bytes from 2 to 254 and doesn't end with 254, so that there is a recording for it.
 #pragma once
 
+#include "core/Progress.h"
 #include "machine/RunBytes.h"
-#include "prepare/Progress.h"
 
 #include <cstddef>
 #include <span>
@@ -22,10 +22,10 @@ namespace prepare {
 /// Chooses for one target, at as many prices as are asked for.
 class PeriodChoice {
 public:
-    PeriodChoice(std::span<const float> target, const machine::Playback& playback, const Progress& progress);
+    PeriodChoice(std::span<const float> target, const machine::Playback& playback, const core::Progress& progress);
 
     /// The best list at `price` for each byte.
-    [[nodiscard]] machine::RunBytes AtPrice(float price, const Progress& progress);
+    [[nodiscard]] machine::RunBytes AtPrice(float price, const core::Progress& progress);
 
 private:
     static constexpr std::size_t kPlaces = 4; // of the target's integral within a delay step
@@ -66,6 +66,6 @@ struct FittedPeriods {
 /// The best list at about the least price at which it has no more than `mostBytes`; at the most price where none has.
 /// Leaves room in `steps` for the `others` that come if it fits at once, and for twice as many where it doesn't.
 [[nodiscard]] FittedPeriods FitPeriods(std::span<const float> target, const machine::Playback& playback, Prices prices,
-                                       std::size_t mostBytes, Steps& steps, int others);
+                                       std::size_t mostBytes, core::Steps& steps, int others);
 
 } // namespace prepare

@@ -2,7 +2,7 @@
 
 #include "prepare/Levels.h"
 #include "prepare/Peaks.h"
-#include "prepare/Sound.h"
+#include "sound/Sound.h"
 
 #include <algorithm>
 #include <array>
@@ -178,7 +178,7 @@ void ArticulateStrikes(std::vector<float>& track, const std::vector<Tone>& tones
 
 } // namespace
 
-std::vector<float> PitchTrack(std::span<const float> sound, const Progress& progress)
+std::vector<float> PitchTrack(std::span<const float> sound, const core::Progress& progress)
 {
     const auto levels = LevelsOf(sound, 0.06);
     const float softest = LoudAmplitude(levels) * AmplitudeOf(-35);

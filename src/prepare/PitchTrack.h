@@ -8,7 +8,7 @@
 // track is silent, and for a moment where the same pitch is struck anew, so that it is heard as two notes.
 #pragma once
 
-#include "prepare/Progress.h"
+#include "core/Progress.h"
 
 #include <cstddef>
 #include <span>
@@ -19,6 +19,6 @@ namespace prepare {
 inline constexpr std::size_t kPitchHop = 220; // samples of the sound from one pitch to the next
 
 /// In Hz, 0 where silent: one at every kPitchHop samples, from the first sample on.
-[[nodiscard]] std::vector<float> PitchTrack(std::span<const float> sound, const Progress& progress);
+[[nodiscard]] std::vector<float> PitchTrack(std::span<const float> sound, const core::Progress& progress);
 
 } // namespace prepare

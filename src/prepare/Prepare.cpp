@@ -10,9 +10,9 @@
 namespace prepare {
 namespace {
 
-Periods PeriodsFor(const Job& job, const Progress& progress)
+Periods PeriodsFor(const Job& job, const core::Progress& progress)
 {
-    const auto& sound = job.recording.sound;
+    const auto& sound = job.recording.samples;
     switch (job.kind) {
     case Kind::Speech: return SpeechPeriods(sound, job.limits, progress);
     case Kind::Music: return MelodyPeriods(sound, job.limits, progress);
@@ -31,7 +31,7 @@ double MostSeconds(const machine::Playback& playback)
     return std::floor(kSamples * static_cast<double>(cyclesPerSample) / static_cast<double>(playback.machine.clock));
 }
 
-std::variant<Prepared, Refusal> Prepare(const Job& job, const Progress& progress)
+std::variant<Prepared, Refusal> Prepare(const Job& job, const core::Progress& progress)
 {
     auto periods = PeriodsFor(job, progress);
     if (!progress.GoesOn(1)) return Refusal{.kind = Refusal::Kind::Stopped};

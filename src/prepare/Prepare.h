@@ -1,11 +1,11 @@
 // Prepare.h: a sound made the list of run bytes that sounds most like it on the machine: a job in, a result or a refusal
-// out. Whoever asks reads the sound before (ReadSound.h), and may write the recording behind (RecordingBytes.h).
+// out. Whoever asks reads the sound before (sound/ReadSound.h), and may write a recording behind
+// (core/RecordingBytes.h).
 #pragma once
 
+#include "core/Progress.h"
 #include "prepare/Periods.h"
-#include "prepare/Progress.h"
-#include "prepare/ReadSound.h"
-#include "prepare/Refusal.h"
+#include "sound/ReadSound.h"
 
 #include <array>
 #include <string_view>
@@ -34,7 +34,7 @@ inline constexpr std::array kKinds{Kind::Speech, Kind::Music, Kind::AnySound};
 static_assert(NameOf(static_cast<Kind>(kKinds.size())).empty(), "kKinds lacks one");
 
 struct Job {
-    Recording recording;
+    sound::Recording recording;
     Kind kind = Kind::Speech;
     Limits limits;
 };
@@ -45,10 +45,22 @@ struct Prepared {
     double from;                // seconds into the sound file at which the first of them begins
 };
 
+/// Why a sound can't be prepared.
+struct Refusal {
+    enum class Kind {
+        Stopped,      // by whom it was told about
+        Inaudible,    // there is nothing to be heard in it
+        TooManyBytes, // about `seconds` of it would fit
+    };
+
+    Kind kind;
+    double seconds = 0;
+};
+
 /// How long, in whole seconds, a sound may be for its recording to be one that the window takes, whatever periods it is
 /// made of.
 [[nodiscard]] double MostSeconds(const machine::Playback& playback);
 
-[[nodiscard]] std::variant<Prepared, Refusal> Prepare(const Job& job, const Progress& progress);
+[[nodiscard]] std::variant<Prepared, Refusal> Prepare(const Job& job, const core::Progress& progress);
 
 } // namespace prepare

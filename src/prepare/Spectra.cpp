@@ -28,10 +28,10 @@ double MelOf(double hertz)
 
 double Spectra::HertzOf(std::size_t bin)
 {
-    return static_cast<double>(bin) * kSoundRate / kTransform;
+    return static_cast<double>(bin) * sound::kRate / kTransform;
 }
 
-Spectra::Spectra(std::span<const float> sound, const Progress& progress)
+Spectra::Spectra(std::span<const float> sound, const core::Progress& progress)
     : samples_(sound.size()),
       bins_((sound.size() / kHop + 2) * kBins)
 {
@@ -50,7 +50,8 @@ Spectra::Spectra(std::span<const float> sound, const Progress& progress)
     }
 }
 
-std::pair<Sound, Sound> Spectra::Sounds(const Gains& first, const Gains& second, const Progress& progress) const
+std::pair<sound::Samples, sound::Samples> Spectra::Sounds(const Gains& first, const Gains& second,
+                                                          const core::Progress& progress) const
 {
     constexpr auto kShift = kMargin + kHop; // from a frame's first sample to where the sound begins
     const kissfft<float> transform(kTransform, true);
@@ -69,7 +70,7 @@ std::pair<Sound, Sound> Spectra::Sounds(const Gains& first, const Gains& second,
         for (std::size_t i = 0; i < kTransform; ++i)
             sum[frame * kHop + i] += out[i];
     }
-    std::pair<Sound, Sound> sounds;
+    std::pair<sound::Samples, sound::Samples> sounds;
     sounds.first.reserve(samples_);
     sounds.second.reserve(samples_);
     for (std::size_t i = 0; i < samples_; ++i) {

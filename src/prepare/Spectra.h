@@ -2,8 +2,8 @@
 // approach to short-time Fourier analysis and synthesis, 1977.
 #pragma once
 
+#include "core/Progress.h"
 #include "prepare/Levels.h"
-#include "prepare/Progress.h"
 
 #include <kissfft/kissfft.hh>
 
@@ -28,15 +28,15 @@ public:
 
     [[nodiscard]] static double HertzOf(std::size_t bin);
 
-    Spectra(std::span<const float> sound, const Progress& progress);
+    Spectra(std::span<const float> sound, const core::Progress& progress);
 
     [[nodiscard]] std::size_t Size() const { return bins_.size() / kBins; }
     [[nodiscard]] std::span<Bin> operator[](std::size_t frame) { return {&bins_[frame * kBins], kBins}; }
     [[nodiscard]] std::span<const Bin> operator[](std::size_t frame) const { return {&bins_[frame * kBins], kBins}; }
 
     /// The sounds behind two sets of gains; nothing is moved in time.
-    [[nodiscard]] std::pair<Sound, Sound> Sounds(const Gains& first, const Gains& second,
-                                                 const Progress& progress) const;
+    [[nodiscard]] std::pair<sound::Samples, sound::Samples> Sounds(const Gains& first, const Gains& second,
+                                                                   const core::Progress& progress) const;
 
 private:
     std::size_t samples_;

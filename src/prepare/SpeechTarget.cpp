@@ -44,27 +44,28 @@ Spectra::Gains GainsBetween(double lowest, double highest) // Hz
 
 /// What the choice is to come near to, without the silence at both ends.
 struct Target {
-    Sound sound;
+    sound::Samples sound;
     double start; // seconds that were left out before it
 };
 
-Target Trimmed(const Sound& target)
+Target Trimmed(const sound::Samples& target)
 {
     const auto isHeard = [](float sample) { return sample != 0; };
     const auto first = std::ranges::find_if(target, isHeard);
     const auto last = std::find_if(target.rbegin(), target.rend(), isHeard).base();
     if (first >= last) return {};
-    return {.sound = Sound(first, last), .start = SecondsAt(static_cast<std::size_t>(first - target.begin()))};
+    return {.sound = sound::Samples(first, last),
+            .start = sound::SecondsAt(static_cast<std::size_t>(first - target.begin()))};
 }
 
 enum class Bands { AsTheyAre, Levelled };
 
-Target TargetOf(std::span<const float> sound, Bands bands, const Progress& progress)
+Target TargetOf(std::span<const float> sound, Bands bands, const core::Progress& progress)
 {
     Spectra spectra(sound, progress);
     auto noise = NoiseOf(spectra);
     TakeOut(noise, spectra);
-    const auto audible = GainsBetween(kLowest, kSoundRate);
+    const auto audible = GainsBetween(kLowest, sound::kRate);
     std::ranges::transform(noise, audible, noise.begin(), std::multiplies());
     const auto gains = bands == Bands::Levelled ? LevellingGains(spectra) : GainsBetween(kLowest, kHighest);
     auto [plain, target] = spectra.Sounds(audible, gains, progress);
@@ -72,11 +73,11 @@ Target TargetOf(std::span<const float> sound, Bands bands, const Progress& progr
     return Trimmed(target);
 }
 
-Periods PeriodsOf(std::span<const float> sound, Bands bands, const Limits& limits, const Progress& progress)
+Periods PeriodsOf(std::span<const float> sound, Bands bands, const Limits& limits, const core::Progress& progress)
 {
     constexpr Prices kPrices{.least = 0.09F, .most = 2.0F};
     const auto target = TargetOf(sound, bands, progress.Stage(0, 0.1));
-    Steps steps(progress.Stage(0.1, 1));
+    core::Steps steps(progress.Stage(0.1, 1));
     const auto& playback = limits.playback;
     auto fit = FitPeriods(target.sound, playback, kPrices, limits.runBytes, steps, kApproaches + 1);
     const int tries = fit.price > kPrices.least ? 2 : 0; // as many times the size won't fit at once again
@@ -87,12 +88,12 @@ Periods PeriodsOf(std::span<const float> sound, Bands bands, const Limits& limit
 
 } // namespace
 
-Periods SpeechPeriods(std::span<const float> sound, const Limits& limits, const Progress& progress)
+Periods SpeechPeriods(std::span<const float> sound, const Limits& limits, const core::Progress& progress)
 {
     return PeriodsOf(sound, Bands::Levelled, limits, progress);
 }
 
-Periods SoundPeriods(std::span<const float> sound, const Limits& limits, const Progress& progress)
+Periods SoundPeriods(std::span<const float> sound, const Limits& limits, const core::Progress& progress)
 {
     return PeriodsOf(sound, Bands::AsTheyAre, limits, progress);
 }

@@ -6,8 +6,8 @@
 // What is silent before the first sound and behind the last is left out.
 #pragma once
 
+#include "core/Progress.h"
 #include "prepare/Periods.h"
-#include "prepare/Progress.h"
 
 #include <span>
 
@@ -15,7 +15,7 @@ namespace prepare {
 
 /// For `sound`, no more run bytes than are worth it. Where it can't be heard in so few as are asked for, the list is
 /// longer: the shortest that is still worth hearing.
-[[nodiscard]] Periods SpeechPeriods(std::span<const float> sound, const Limits& limits, const Progress& progress);
-[[nodiscard]] Periods SoundPeriods(std::span<const float> sound, const Limits& limits, const Progress& progress);
+[[nodiscard]] Periods SpeechPeriods(std::span<const float> sound, const Limits& limits, const core::Progress& progress);
+[[nodiscard]] Periods SoundPeriods(std::span<const float> sound, const Limits& limits, const core::Progress& progress);
 
 } // namespace prepare

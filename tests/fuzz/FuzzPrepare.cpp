@@ -2,8 +2,8 @@
 // Input: a byte of switches, then samples of 16 bits, or arguments that end with zeros.
 #include "core/HexTokenText.h"
 #include "core/PeriodEncoder.h"
+#include "core/RecordingBytes.h"
 #include "prepare/Prepare.h"
-#include "prepare/RecordingBytes.h"
 #include "prepare/command/Options.h"
 
 #include <cstdint>
@@ -34,17 +34,17 @@ void TrySound(int switches, const std::string& bytes)
 {
     std::vector<std::int16_t> samples(bytes.size() / 2);
     std::memcpy(samples.data(), bytes.data(), samples.size() * 2);
-    Sound sound;
+    sound::Samples sound;
     for (const auto sample : samples)
         sound.insert(sound.end(), 1 + static_cast<std::size_t>(switches / 64) * 20, static_cast<float>(sample) / 32768);
     const auto choice = static_cast<std::size_t>(switches) % 32;
     const auto kind = kKinds.at(choice / 2 % kKinds.size());
     const auto& rate = machine::kSampleRates.at(choice / 2 / kKinds.size() % machine::kSampleRates.size());
     const machine::Playback playback{rate, {.clock = 3'580'000, .waits = switches & 1}};
-    const Job job{.recording = {.rate = 1, .channels = 1, .seconds = {}, .from = 0, .sound = std::move(sound)},
+    const Job job{.recording = {.rate = 1, .channels = 1, .seconds = {}, .from = 0, .samples = std::move(sound)},
                   .kind = kind,
                   .limits = {.playback = playback, .runBytes = 2000}};
-    const auto made = Prepare(job, Progress([](double /*done*/) { return true; }));
+    const auto made = Prepare(job, core::Progress([](double /*done*/) { return true; }));
     if (const auto* const refusal = std::get_if<Refusal>(&made)) {
         if (refusal->kind != Refusal::Kind::Inaudible && refusal->kind != Refusal::Kind::TooManyBytes) std::abort();
         return;
@@ -52,7 +52,7 @@ void TrySound(int switches, const std::string& bytes)
     const auto& runBytes = std::get<Prepared>(made).runBytes;
 
     core::BackgroundTask yield([] {});
-    const auto recording = RecordingBytes(runBytes, playback.rate);
+    const auto recording = core::RecordingBytes(runBytes, playback.rate);
     const auto tokens = core::EncodePeriods(std::string_view(recording).substr(44), nullptr, yield);
     if (core::TokenCount(tokens) != runBytes.size() + 1) std::abort();
     for (std::size_t k = 0; k < runBytes.size(); ++k)

@@ -1,6 +1,6 @@
 // Tones made here, and what the machine's port plays of them, by the times that it takes.
 #include "prepare/Melody.h"
-#include "prepare/Sound.h"
+#include "sound/Sound.h"
 
 #include <gtest/gtest.h>
 
@@ -23,17 +23,17 @@ struct Note {
 
 /// Plucked strings one after another: eight partials, the higher the softer, that fade to a tenth within half a second;
 /// noise 50 dB below them. A vibrato goes with as much tremolo as it has semitones.
-Sound Plucked(const std::vector<Note>& notes, double vibrato = 0)
+sound::Samples Plucked(const std::vector<Note>& notes, double vibrato = 0)
 {
-    Sound sound;
+    sound::Samples sound;
     std::minstd_rand random;
     for (const auto& note : notes) {
         double phase = 0;
-        const auto samples = static_cast<int>(note.seconds * kSoundRate);
+        const auto samples = static_cast<int>(note.seconds * sound::kRate);
         for (int i = 0; i < samples; ++i) {
-            const double seconds = static_cast<double>(i) / kSoundRate;
+            const double seconds = static_cast<double>(i) / sound::kRate;
             const double semitones = vibrato * std::sin(2 * std::numbers::pi * 6 * seconds);
-            phase += 2 * std::numbers::pi * note.hertz * std::exp2(semitones / 12) / kSoundRate;
+            phase += 2 * std::numbers::pi * note.hertz * std::exp2(semitones / 12) / sound::kRate;
             double sample = 0;
             for (int partial = 1; partial <= 8; ++partial)
                 sample += std::sin(partial * phase) / (partial * partial);
@@ -49,9 +49,10 @@ machine::Playback At(std::uint32_t hertz, machine::Machine machine = {})
     return {*machine::RateOfHertz(hertz), machine};
 }
 
-machine::RunBytes Melody(const Sound& sound, const machine::Playback& playback, std::size_t mostRunBytes = 100'000)
+machine::RunBytes Melody(const sound::Samples& sound, const machine::Playback& playback,
+                         std::size_t mostRunBytes = 100'000)
 {
-    const Progress progress([](double /*done*/) { return true; });
+    const core::Progress progress([](double /*done*/) { return true; });
     return MelodyPeriods(sound, {playback, mostRunBytes}, progress).runBytes;
 }
 
@@ -171,8 +172,8 @@ TEST(Melody, KeepsTheBeginningsOfNotesWhereItIsTooLong)
 TEST(Melody, IsEmptyWhereNoneIsHeard)
 {
     EXPECT_TRUE(Melody({}, At(8000)).empty());
-    EXPECT_TRUE(Melody(Sound(1), At(8000)).empty());
-    EXPECT_TRUE(Melody(Sound(kSoundRate), At(8000)).empty());
+    EXPECT_TRUE(Melody(sound::Samples(1), At(8000)).empty());
+    EXPECT_TRUE(Melody(sound::Samples(sound::kRate), At(8000)).empty());
 }
 
 } // namespace

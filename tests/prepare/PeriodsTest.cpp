@@ -1,10 +1,10 @@
 #include "core/HexTokenText.h"
 #include "core/PeriodEncoder.h"
+#include "core/RecordingBytes.h"
 #include "machine/Timing.h"
 #include "prepare/PeriodChoice.h"
-#include "prepare/RecordingBytes.h"
-#include "prepare/Sound.h"
 #include "prepare/SpeechTarget.h"
+#include "sound/Sound.h"
 
 #include <gtest/gtest.h>
 
@@ -50,7 +50,7 @@ TEST(RecordingBytes, LeadToEveryListThatARecordingCanLeadTo)
             }
             bytes.push_back(static_cast<machine::RunByte>(length));
         }
-        ASSERT_EQ(Encoded(RecordingBytes(bytes, Rate(8000))), bytes);
+        ASSERT_EQ(Encoded(core::RecordingBytes(bytes, Rate(8000))), bytes);
     }
 }
 
@@ -59,24 +59,24 @@ TEST(RecordingBytes, LeadToALongPeriodAheadOfOneOf254Samples)
     for (const auto& bytes : {machine::RunBytes{254, 0},
                               {254, 254, 254, 0},          // 508, 254
                               {254, 254, 254, 254, 0, 5}}) // 762, 254, 5
-        EXPECT_EQ(Encoded(RecordingBytes(bytes, Rate(8000))), bytes);
+        EXPECT_EQ(Encoded(core::RecordingBytes(bytes, Rate(8000))), bytes);
 }
 
 TEST(RecordingBytes, AreAWaveFileWithAHeaderOf44Bytes)
 {
     const std::string header("RIFF\x2b\0\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x11\x2b\0\0\x11\x2b\0\0\1\0\x08\0data\x07\0\0\0",
                              44);
-    EXPECT_EQ(RecordingBytes(machine::RunBytes{5}, Rate(11025)), header + "@\xC0\xC0\xC0@@@");
+    EXPECT_EQ(core::RecordingBytes(machine::RunBytes{5}, Rate(11025)), header + "@\xC0\xC0\xC0@@@");
 }
 
 using Wave = std::function<double(double seconds)>;
 
 /// `wave` from one second to another, of `length` seconds of `sound`; else silence.
-Sound Between(double from, double to, double length, const Wave& wave)
+sound::Samples Between(double from, double to, double length, const Wave& wave)
 {
-    Sound sound(static_cast<std::size_t>(length * kSoundRate));
+    sound::Samples sound(static_cast<std::size_t>(length * sound::kRate));
     for (std::size_t i = 0; i < sound.size(); ++i) {
-        const auto seconds = static_cast<double>(i) / kSoundRate;
+        const auto seconds = static_cast<double>(i) / sound::kRate;
         if (seconds >= from && seconds < to) sound[i] = static_cast<float>(wave(seconds));
     }
     return sound;
@@ -99,10 +99,10 @@ double Syllables(double seconds)
 constexpr std::size_t kAnySize = 28000;
 
 /// What `choose` makes of `sound`.
-machine::RunBytes ListOf(decltype(&SpeechPeriods) choose, const Sound& sound, const machine::Playback& playback,
-                         std::size_t most = kAnySize)
+machine::RunBytes ListOf(decltype(&SpeechPeriods) choose, const sound::Samples& sound,
+                         const machine::Playback& playback, std::size_t most = kAnySize)
 {
-    return choose(sound, {playback, most}, Progress([](double /*done*/) { return true; })).runBytes;
+    return choose(sound, {playback, most}, core::Progress([](double /*done*/) { return true; })).runBytes;
 }
 
 machine::Playback At(std::uint32_t hertz, std::int64_t clock = 3'580'000, std::int64_t waits = 1)
@@ -162,7 +162,7 @@ TEST(SpeechPeriods, LeadToARecordingThatGivesThemBack)
         for (const auto& list :
              {ListOf(SpeechPeriods, sound, At(hertz), 600), ListOf(SoundPeriods, sound, At(hertz))}) {
             ASSERT_GT(list.size(), 200U);
-            EXPECT_EQ(Encoded(RecordingBytes(list, Rate(hertz))), list);
+            EXPECT_EQ(Encoded(core::RecordingBytes(list, Rate(hertz))), list);
         }
 }
 
@@ -181,7 +181,8 @@ TEST(SpeechPeriods, FillTheSizeAskedForAndNoMore)
 
 TEST(SpeechPeriods, AreNoneWhereNothingIsHeard)
 {
-    for (const auto& silence : {Sound(), Sound(1), Sound(kSoundRate), Sound(kSoundRate, 0.05F)})
+    for (const auto& silence :
+         {sound::Samples(), sound::Samples(1), sound::Samples(sound::kRate), sound::Samples(sound::kRate, 0.05F)})
         EXPECT_TRUE(ListOf(SpeechPeriods, silence, At(11025)).empty()) << silence.size();
 }
 

@@ -18,7 +18,7 @@ std::string Utf8(const std::filesystem::path& path)
     return {text.begin(), text.end()};
 }
 
-std::string TooLong(const std::string& seconds, double most)
+std::string LongerThanTaken(const std::string& seconds, double most)
 {
     return seconds + ", and at this rate the window takes " + TimeText(most) +
            " at most. Take a part of it, for example with --from 0:30 --length 0:20.";
@@ -27,7 +27,7 @@ std::string TooLong(const std::string& seconds, double most)
 } // namespace
 
 std::string Answer(const std::filesystem::path& input, const std::filesystem::path& output, const Options& options,
-                   const Recording& recording, const Prepared& prepared)
+                   const sound::Recording& recording, const Prepared& prepared)
 {
     const auto inPokEmul = static_cast<std::int64_t>(prepared.runBytes.size()) + 1; // the end mark
     const auto inPC1600 = inPokEmul + core::kTokensPC1600;
@@ -39,7 +39,7 @@ std::string Answer(const std::filesystem::path& input, const std::filesystem::pa
     if (recording.seconds) text << ", " << TimeText(*recording.seconds);
     text << ", " << recording.rate << " Hz, " << recording.channels
          << (recording.channels == 1 ? " channel" : " channels")
-         << "\ntaken: " << TimeText(SecondsAt(recording.sound.size())) << " from " << TimeText(recording.from)
+         << "\ntaken: " << TimeText(sound::SecondsAt(recording.samples.size())) << " from " << TimeText(recording.from)
          << "\nmade: " << Utf8(output) << ", " << options.playback.rate.hertz << " Hz\nseconds: " << std::fixed
          << std::setprecision(3) << prepared.seconds << "\nrun bytes: " << inPokEmul << "\nsize: " << inPC1600
          << " for the PC-1600, " << inPokEmul
@@ -48,27 +48,35 @@ std::string Answer(const std::filesystem::path& input, const std::filesystem::pa
     return text.str();
 }
 
+std::string Reason(const sound::Refusal& refusal)
+{
+    using enum sound::Refusal::Kind;
+    const auto seconds = TimeText(refusal.seconds);
+    switch (refusal.kind) {
+    case Stopped: return "It was stopped.";
+    case EmptyFile: return "The file is empty.";
+    case UnknownFormat: return "This is no sound file that libsndfile or ffmpeg can read, or it is damaged.";
+    case NoFfmpeg: break;
+    case Rate:
+        return "It has " + std::to_string(refusal.hertz) + " samples a second. From " +
+               std::to_string(sound::kLowestRate) + " to " + std::to_string(sound::kHighestRate) + " can be read.";
+    case EndsBeforePart: return "It ends at " + seconds + ", before --from.";
+    case NoSound: return "There is no sound in it.";
+    case NoSoundInPart: return "There is no sound in it behind --from.";
+    case Damaged: return "It is damaged: " + seconds + " of its sound can't be read.";
+    case TooLong: return LongerThanTaken("It lasts " + seconds, refusal.most);
+    case TooMuch: return LongerThanTaken("--length asks for " + seconds, refusal.most);
+    case EndlesslyLong: return LongerThanTaken("It lasts longer than " + TimeText(refusal.most), refusal.most);
+    }
+    return "It is damaged, or of a kind that can be read only with the program ffmpeg, which isn't installed. "
+           "Debian and Ubuntu: sudo apt install ffmpeg. Windows: winget install ffmpeg.";
+}
+
 std::string Reason(const Refusal& refusal, const Options& options)
 {
     const auto seconds = TimeText(refusal.seconds);
     switch (refusal.kind) {
     case Refusal::Kind::Stopped: return "It was stopped.";
-    case Refusal::Kind::EmptyFile: return "The file is empty.";
-    case Refusal::Kind::UnknownFormat:
-        return "This is no sound file that libsndfile or ffmpeg can read, or it is damaged.";
-    case Refusal::Kind::NoFfmpeg:
-        return "It is damaged, or of a kind that can be read only with the program ffmpeg, which isn't installed. "
-               "Debian and Ubuntu: sudo apt install ffmpeg. Windows: winget install ffmpeg.";
-    case Refusal::Kind::Rate:
-        return "It has " + std::to_string(refusal.hertz) + " samples a second. From " + std::to_string(kLowestRate) +
-               " to " + std::to_string(kHighestRate) + " can be read.";
-    case Refusal::Kind::EndsBeforePart: return "It ends at " + seconds + ", before --from.";
-    case Refusal::Kind::NoSound: return "There is no sound in it.";
-    case Refusal::Kind::NoSoundInPart: return "There is no sound in it behind --from.";
-    case Refusal::Kind::Damaged: return "It is damaged: " + seconds + " of its sound can't be read.";
-    case Refusal::Kind::TooLong: return TooLong("It lasts " + seconds, refusal.most);
-    case Refusal::Kind::TooMuch: return TooLong("--length asks for " + seconds, refusal.most);
-    case Refusal::Kind::EndlesslyLong: return TooLong("It lasts longer than " + TimeText(refusal.most), refusal.most);
     case Refusal::Kind::Inaudible: return "There is nothing to be heard in it.";
     case Refusal::Kind::TooManyBytes: break;
     }

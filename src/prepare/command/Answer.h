@@ -11,9 +11,10 @@ namespace prepare {
 
 /// Of a recording that was made of `input`: one "name: value" a line.
 [[nodiscard]] std::string Answer(const std::filesystem::path& input, const std::filesystem::path& output,
-                                 const Options& options, const Recording& recording, const Prepared& prepared);
+                                 const Options& options, const sound::Recording& recording, const Prepared& prepared);
 
 /// Why there is none, to be shown behind the file's name.
+[[nodiscard]] std::string Reason(const sound::Refusal& refusal);
 [[nodiscard]] std::string Reason(const Refusal& refusal, const Options& options);
 
 } // namespace prepare

@@ -20,7 +20,7 @@ struct Options {
     bool force = false;
     Kind kind = Kind::Speech;
     std::int64_t size = machine::kLargestSize; // bytes, what the PC-1600's file may take
-    Part part;
+    sound::Part part;
     machine::Playback playback = {.rate = machine::kSampleRates.back(), .machine = {}}; // of the finest delay steps
     bool waits = false; // for Return, before the program ends
 };

@@ -1,9 +1,9 @@
 #include "command/Bar.h"
 #include "command/Messages.h"
 #include "command/Terminal.h"
+#include "core/RecordingBytes.h"
 #include "core/SoundFileHeader.h"
 #include "files/Files.h"
-#include "prepare/RecordingBytes.h"
 #include "prepare/command/Answer.h"
 #include "prepare/command/Options.h"
 
@@ -26,8 +26,13 @@ fs::path OutputBeside(const fs::path& input)
     return input.parent_path() / name;
 }
 
+/// Why there is no answer: English, to be shown behind the file's name.
+struct Failure {
+    std::string reason;
+};
+
 /// The answer to `input`, once its recording is at `output`.
-std::variant<std::string, Refusal> AnswerTo(const fs::path& input, const fs::path& output, const Options& options)
+std::variant<std::string, Failure> AnswerTo(const fs::path& input, const fs::path& output, const Options& options)
 {
     const auto existing = options.force ? files::Existing::Replace : files::Existing::Refuse;
     std::error_code error;
@@ -35,17 +40,17 @@ std::variant<std::string, Refusal> AnswerTo(const fs::path& input, const fs::pat
         throw files::IOException(files::IOException::Kind::Exists, output);
 
     command::Bar bar;
-    const Progress progress([&](double done) { return bar.Show(done), true; });
-    auto read = ReadSound(input, options.part, MostSeconds(options.playback), progress.Stage(0, 0.2));
-    if (const auto* const refusal = std::get_if<Refusal>(&read)) return *refusal;
+    const core::Progress progress([&](double done) { return bar.Show(done), true; });
+    auto read = sound::ReadSound(input, options.part, MostSeconds(options.playback), progress.Stage(0, 0.2));
+    if (const auto* const refusal = std::get_if<sound::Refusal>(&read)) return Failure{Reason(*refusal)};
     const auto room = static_cast<std::size_t>(options.size - core::kTokensPC1600 - 1); // the end mark
-    const Job job{.recording = std::move(std::get<Recording>(read)),
+    const Job job{.recording = std::move(std::get<sound::Recording>(read)),
                   .kind = options.kind,
                   .limits = {.playback = options.playback, .runBytes = room}};
     const auto made = Prepare(job, progress.Stage(0.2, 1));
-    if (const auto* const refusal = std::get_if<Refusal>(&made)) return *refusal;
+    if (const auto* const refusal = std::get_if<Refusal>(&made)) return Failure{Reason(*refusal, options)};
     const auto& prepared = std::get<Prepared>(made);
-    const auto bytes = RecordingBytes(prepared.runBytes, options.playback.rate);
+    const auto bytes = core::RecordingBytes(prepared.runBytes, options.playback.rate);
     files::Write(
         output, existing, [&](const files::ByteSink& sink) { sink(bytes); }, input);
     return Answer(input, output, options, job.recording, prepared);
@@ -58,12 +63,12 @@ bool IsPrepared(const fs::path& input, const Options& options)
     const std::string name(text.begin(), text.end());
     try {
         const auto answer = AnswerTo(input, options.output.empty() ? OutputBeside(input) : options.output, options);
-        if (const auto* const refusal = std::get_if<Refusal>(&answer)) {
-            command::Complain(kProgram, name, Reason(*refusal, options));
-            return false;
-        }
-        command::Show(std::get<std::string>(answer));
-        return true;
+        const auto* const failure = std::get_if<Failure>(&answer);
+        if (failure == nullptr)
+            command::Show(std::get<std::string>(answer));
+        else
+            command::Complain(kProgram, name, failure->reason);
+        return failure == nullptr;
     } catch (const std::exception& failure) {
         command::Complain(kProgram, name, failure);
         return false;

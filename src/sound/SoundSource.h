@@ -1,7 +1,7 @@
 // SoundSource.h: the samples of a sound, whatever its format: libsndfile decodes it.
 #pragma once
 
-#include "prepare/ByteSource.h"
+#include "sound/ByteSource.h"
 
 #include <cstdint>
 #include <memory>
@@ -11,7 +11,7 @@
 
 #include <sndfile.h>
 
-namespace prepare {
+namespace sound {
 
 class SoundSource {
 public:
@@ -44,4 +44,4 @@ private:
     std::vector<float> mono_;
 };
 
-} // namespace prepare
+} // namespace sound

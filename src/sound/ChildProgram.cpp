@@ -1,6 +1,6 @@
-#include "prepare/ChildProgram.h"
+#include "sound/ChildProgram.h"
 
-namespace prepare {
+namespace sound {
 
 std::int64_t ChildProgram::Read(void* bytes, std::int64_t count)
 {
@@ -14,4 +14,4 @@ std::int64_t ChildProgram::Read(void* bytes, std::int64_t count)
     return done;
 }
 
-} // namespace prepare
+} // namespace sound

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-namespace prepare {
+namespace sound {
 
 class ByteSource {
 public:
@@ -23,4 +23,4 @@ public:
     [[nodiscard]] virtual std::optional<std::int64_t> Size() = 0;
 };
 
-} // namespace prepare
+} // namespace sound

@@ -1,8 +1,8 @@
-#include "prepare/Progress.h"
+#include "core/Progress.h"
 
 #include <algorithm>
 
-namespace prepare {
+namespace core {
 
 bool Progress::GoesOn(double done) const
 {
@@ -27,4 +27,4 @@ Progress Steps::Next(int others)
     return whole_.Stage(from, done_);
 }
 
-} // namespace prepare
+} // namespace core

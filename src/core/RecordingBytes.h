@@ -14,9 +14,9 @@
 #include <span>
 #include <string>
 
-namespace prepare {
+namespace core {
 
 /// The whole Wave file. Requires: a recording can lead to `runBytes`.
 [[nodiscard]] std::string RecordingBytes(std::span<const machine::RunByte> runBytes, const machine::SampleRate& rate);
 
-} // namespace prepare
+} // namespace core

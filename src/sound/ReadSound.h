@@ -4,16 +4,16 @@
 // Only what is asked for is kept in memory, and before that as little as can be is read.
 #pragma once
 
-#include "prepare/Progress.h"
-#include "prepare/Refusal.h"
-#include "prepare/Sound.h"
+#include "core/Progress.h"
+#include "sound/Refusal.h"
+#include "sound/Sound.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <variant>
 
-namespace prepare {
+namespace sound {
 
 // No microphone and no machine makes others. At the ends of what a file can say a second is an hour's work, or nothing.
 inline constexpr std::int64_t kLowestRate = 1000;
@@ -30,12 +30,12 @@ struct Recording {
     std::int64_t channels;
     std::optional<double> seconds; // of the whole file, where it tells them
     double from;                   // seconds into it at which the part begins
-    Sound sound;                   // the part
+    Samples samples;               // of the part
 };
 
 /// Reads `part` of the file at `path`. Refuses a part that is longer than `mostSeconds`, before any work where the file
 /// tells its length. Throws a files::IOException for what is no file that can be read.
 [[nodiscard]] std::variant<Recording, Refusal> ReadSound(const std::filesystem::path& path, const Part& part,
-                                                         double mostSeconds, const Progress& progress);
+                                                         double mostSeconds, const core::Progress& progress);
 
-} // namespace prepare
+} // namespace sound

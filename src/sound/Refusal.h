@@ -1,9 +1,9 @@
-// Refusal.h: why a sound can't be read or prepared. A front end puts it into words.
+// Refusal.h: why a sound can't be read. A front end puts it into words.
 #pragma once
 
 #include <cstdint>
 
-namespace prepare {
+namespace sound {
 
 struct Refusal {
     enum class Kind {
@@ -19,8 +19,6 @@ struct Refusal {
         TooLong,        // it lasts `seconds`, more than `most`
         TooMuch,        // `seconds` are asked for, more than `most`
         EndlesslyLong,  // it lasts longer than `most`, nobody knows how long
-        Inaudible,      // there is nothing to be heard in it
-        TooManyBytes,   // about `seconds` of it would fit
     };
 
     Kind kind;
@@ -29,4 +27,4 @@ struct Refusal {
     std::int64_t hertz = 0;
 };
 
-} // namespace prepare
+} // namespace sound

@@ -1,22 +1,22 @@
 // ChildProgram.h: another program, started without a shell, whose output is read through a pipe.
 #pragma once
 
-#include "prepare/ByteSource.h"
-#include "prepare/Progress.h"
+#include "core/Progress.h"
+#include "sound/ByteSource.h"
 
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
-namespace prepare {
+namespace sound {
 
 class ChildProgram : public ByteSource {
 public:
     /// Starts the program `name` of the user's search path. It gets no input, and what it complains about isn't shown.
     /// Null where there is none of that name. Arguments are UTF-8. `progress` is asked while nothing comes.
     [[nodiscard]] static std::unique_ptr<ChildProgram>
-    Start(const std::string& name, const std::vector<std::string>& arguments, const Progress& progress);
+    Start(const std::string& name, const std::vector<std::string>& arguments, const core::Progress& progress);
     /// Ends the program, whatever it is doing.
     ~ChildProgram() override;
 
@@ -27,7 +27,7 @@ public:
     std::optional<std::int64_t> Size() override { return std::nullopt; }
 
 private:
-    ChildProgram(std::intptr_t output, std::intptr_t process, const Progress& progress)
+    ChildProgram(std::intptr_t output, std::intptr_t process, const core::Progress& progress)
         : output_(output),
           process_(process),
           progress_(progress)
@@ -38,8 +38,8 @@ private:
 
     std::intptr_t output_;  // of the pipe; descriptor or handle, as the system has it
     std::intptr_t process_; // id or handle
-    Progress progress_;
+    core::Progress progress_;
     std::int64_t position_ = 0;
 };
 
-} // namespace prepare
+} // namespace sound

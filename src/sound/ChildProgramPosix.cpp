@@ -1,4 +1,4 @@
-#include "prepare/ChildProgram.h"
+#include "sound/ChildProgram.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -10,10 +10,10 @@
 #include <array>
 #include <csignal>
 
-namespace prepare {
+namespace sound {
 
 std::unique_ptr<ChildProgram> ChildProgram::Start(const std::string& name, const std::vector<std::string>& arguments,
-                                                  const Progress& progress)
+                                                  const core::Progress& progress)
 {
     std::array<int, 2> ends{}; // of the pipe: to read from, to write to
     if (pipe2(ends.data(), O_CLOEXEC) != 0) return nullptr;
@@ -62,4 +62,4 @@ std::int64_t ChildProgram::ReadWhatComes(void* bytes, std::int64_t count)
     return std::max<ssize_t>(0, read(output.fd, bytes, static_cast<std::size_t>(count)));
 }
 
-} // namespace prepare
+} // namespace sound

@@ -1,4 +1,4 @@
-#include "prepare/ChildProgram.h"
+#include "sound/ChildProgram.h"
 
 #include <windows.h>
 
@@ -6,7 +6,7 @@
 #include <array>
 #include <filesystem>
 
-namespace prepare {
+namespace sound {
 namespace {
 
 /// `argument` so that the program that is started finds it again: quoted, and backslashes before a quote doubled.
@@ -41,7 +41,7 @@ std::wstring Find(const std::string& name)
 } // namespace
 
 std::unique_ptr<ChildProgram> ChildProgram::Start(const std::string& name, const std::vector<std::string>& arguments,
-                                                  const Progress& progress)
+                                                  const core::Progress& progress)
 {
     const auto program = Find(name);
     if (program.empty()) return nullptr;
@@ -94,4 +94,4 @@ std::int64_t ChildProgram::ReadWhatComes(void* bytes, std::int64_t count)
     return ReadFile(output, bytes, static_cast<DWORD>(most), &done, nullptr) == 0 ? 0 : done;
 }
 
-} // namespace prepare
+} // namespace sound

@@ -1,8 +1,8 @@
-#include "prepare/ReadSound.h"
+#include "sound/ReadSound.h"
 
 #include "files/Files.h"
-#include "prepare/ChildProgram.h"
-#include "prepare/SoundSource.h"
+#include "sound/ChildProgram.h"
+#include "sound/SoundSource.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,7 +11,7 @@
 
 #include <soxr.h>
 
-namespace prepare {
+namespace sound {
 namespace {
 
 namespace fs = std::filesystem;
@@ -19,10 +19,10 @@ namespace fs = std::filesystem;
 /// Takes samples at any rate and appends them to a Sound.
 class Resampler {
 public:
-    Resampler(std::int64_t rate, Sound& sound)
-        : sound_(sound),
-          ratio_(kSoundRate / static_cast<double>(rate)),
-          soxr_(soxr_create(static_cast<double>(rate), kSoundRate, 1, nullptr, nullptr, nullptr, nullptr))
+    Resampler(std::int64_t rate, Samples& samples)
+        : samples_(samples),
+          ratio_(kRate / static_cast<double>(rate)),
+          soxr_(soxr_create(static_cast<double>(rate), kRate, 1, nullptr, nullptr, nullptr, nullptr))
     {
         if (soxr_ == nullptr) throw std::bad_alloc();
     }
@@ -38,12 +38,12 @@ private:
     {
         std::size_t made = 0;
         do {
-            const auto before = sound_.size();
+            const auto before = samples_.size();
             const auto room = static_cast<std::size_t>(static_cast<double>(count) * ratio_) + 4096;
-            sound_.resize(before + room);
+            samples_.resize(before + room);
             std::size_t taken = 0;
-            soxr_process(soxr_, samples, count, &taken, sound_.data() + before, room, &made);
-            sound_.resize(before + made);
+            soxr_process(soxr_, samples, count, &taken, samples_.data() + before, room, &made);
+            samples_.resize(before + made);
             if (samples != nullptr) {
                 samples += taken;
                 count -= taken;
@@ -51,14 +51,14 @@ private:
         } while (count > 0 || (samples == nullptr && made > 0));
     }
 
-    Sound& sound_;
+    Samples& samples_;
     double ratio_;
     soxr_t soxr_;
 };
 
 class FileBytes : public ByteSource {
 public:
-    FileBytes(const fs::path& path, const Progress& progress)
+    FileBytes(const fs::path& path, const core::Progress& progress)
         : stream_(path, std::ios::binary),
           size_(static_cast<std::int64_t>(fs::file_size(path))),
           progress_(progress)
@@ -78,7 +78,7 @@ public:
 private:
     std::ifstream stream_;
     std::int64_t size_;
-    Progress progress_;
+    core::Progress progress_;
 };
 
 /// What is read of a source.
@@ -91,19 +91,19 @@ public:
     {}
 
     /// Reads the part, which begins so many seconds behind where the source is.
-    [[nodiscard]] std::variant<Recording, Refusal> Read(double behind, const Progress& progress) const
+    [[nodiscard]] std::variant<Recording, Refusal> Read(double behind, const core::Progress& progress) const
     {
         if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
         if (const auto refusal = RefusalAtOnce()) return *refusal;
         source_.Skip(std::llround(behind * static_cast<double>(source_.Rate())));
         Recording recording{
-            .rate = source_.Rate(), .channels = source_.Channels(), .seconds = {}, .from = part_.from, .sound = {}};
+            .rate = source_.Rate(), .channels = source_.Channels(), .seconds = {}, .from = part_.from, .samples = {}};
         const auto most = FramesToRead();
-        const auto read = ReadInto(recording.sound, most, progress);
+        const auto read = ReadInto(recording.samples, most, progress);
         if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
         if (read < most && ExactFrames())
             return Refusal{.kind = Refusal::Kind::Damaged, .seconds = SecondsOf(most - read)};
-        if (recording.sound.empty())
+        if (recording.samples.empty())
             return Refusal{.kind = part_.from > 0 ? Refusal::Kind::NoSoundInPart : Refusal::Kind::NoSound};
         if (SecondsOf(read) > mostSeconds_) return Refusal{.kind = Refusal::Kind::EndlesslyLong, .most = mostSeconds_};
         if (const auto frames = source_.Frames()) recording.seconds = SecondsOf(*frames);
@@ -146,13 +146,13 @@ private:
         return std::llround(seconds * static_cast<double>(source_.Rate()));
     }
 
-    std::int64_t ReadInto(Sound& sound, std::int64_t most, const Progress& progress) const
+    std::int64_t ReadInto(Samples& samples, std::int64_t most, const core::Progress& progress) const
     {
-        Resampler resampler(source_.Rate(), sound);
+        Resampler resampler(source_.Rate(), samples);
         std::int64_t read = 0;
-        for (std::span<const float> samples; read < most && !(samples = source_.Read(most - read)).empty();) {
-            resampler.Take(samples);
-            read += static_cast<std::int64_t>(samples.size());
+        for (std::span<const float> block; read < most && !(block = source_.Read(most - read)).empty();) {
+            resampler.Take(block);
+            read += std::ssize(block);
             if (!progress.GoesOn(SecondsOf(read) / SecondsOf(most))) break;
         }
         resampler.End();
@@ -166,7 +166,7 @@ private:
 
 /// What libsndfile can't read: ffmpeg makes it a format that can be read from a pipe.
 std::variant<Recording, Refusal> ReadByFfmpeg(const fs::path& path, const Part& part, double mostSeconds,
-                                              const Progress& progress)
+                                              const core::Progress& progress)
 {
     const auto name = fs::absolute(path).u8string();
     const auto length = std::min(part.length.value_or(HUGE_VAL), mostSeconds + 1);
@@ -186,7 +186,7 @@ std::variant<Recording, Refusal> ReadByFfmpeg(const fs::path& path, const Part& 
 } // namespace
 
 std::variant<Recording, Refusal> ReadSound(const fs::path& path, const Part& part, double mostSeconds,
-                                           const Progress& progress)
+                                           const core::Progress& progress)
 {
     std::error_code error;
     const auto status = fs::status(path, error);
@@ -201,4 +201,4 @@ std::variant<Recording, Refusal> ReadSound(const fs::path& path, const Part& par
     return Reading(source, part, mostSeconds).Read(part.from, progress);
 }
 
-} // namespace prepare
+} // namespace sound

@@ -1,11 +1,11 @@
-#include "prepare/RecordingBytes.h"
+#include "core/RecordingBytes.h"
 
 #include "core/WaveHeader.h"
 
 #include <cstdint>
 #include <numeric>
 
-namespace prepare {
+namespace core {
 namespace {
 
 constexpr char kLow = 64;
@@ -23,7 +23,7 @@ void AppendPeriod(std::string& bytes, std::size_t samples)
 std::string RecordingBytes(std::span<const machine::RunByte> runBytes, const machine::SampleRate& rate)
 {
     const auto samples = std::accumulate(runBytes.begin(), runBytes.end(), kUnseen);
-    auto bytes = core::WaveHeader(static_cast<std::int64_t>(samples), rate.hertz, 1);
+    auto bytes = WaveHeader(static_cast<std::int64_t>(samples), rate.hertz, 1);
     bytes.reserve(bytes.size() + samples);
     std::size_t period = 0;
     for (std::size_t i = 0; i < runBytes.size(); ++i) {
@@ -41,4 +41,4 @@ std::string RecordingBytes(std::span<const machine::RunByte> runBytes, const mac
     return bytes.append(kUnseen, kLow);
 }
 
-} // namespace prepare
+} // namespace core

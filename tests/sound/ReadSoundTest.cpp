@@ -1,5 +1,5 @@
 // What sound files become when they are read: of each kind a whole one, parts, damaged ones and such as are none.
-#include "prepare/ReadSound.h"
+#include "sound/ReadSound.h"
 #include "files/Files.h"
 #include "prepare/command/Answer.h"
 #include "support/KnownFile.h"
@@ -14,7 +14,7 @@
 
 namespace {
 
-using namespace prepare;
+using namespace sound;
 
 class ReadSoundTest : public testing::Test {
 protected:
@@ -41,14 +41,14 @@ protected:
         try {
             const auto read = Read(file, part);
             const auto* const refusal = std::get_if<Refusal>(&read);
-            return refusal == nullptr ? "" : Reason(*refusal, {});
+            return refusal == nullptr ? "" : prepare::Reason(*refusal);
         } catch (const files::IOException& failure) {
             return failure.Reason();
         }
     }
     static std::variant<Recording, Refusal> Read(const std::filesystem::path& file, const Part& part = {})
     {
-        return ReadSound(file, part, 48, Progress([](double /*done*/) { return true; }));
+        return ReadSound(file, part, 48, core::Progress([](double /*done*/) { return true; }));
     }
 
     const std::filesystem::path folder = NewFolder();
@@ -56,10 +56,10 @@ protected:
 };
 
 /// The falls through zero from one second to another.
-int FallsOf(const Sound& sound, double from, double to)
+int FallsOf(const Samples& sound, double from, double to)
 {
     int falls = 0;
-    for (auto k = static_cast<std::size_t>(from * kSoundRate); k < static_cast<std::size_t>(to * kSoundRate); ++k)
+    for (auto k = static_cast<std::size_t>(from * kRate); k < static_cast<std::size_t>(to * kRate); ++k)
         falls += sound[k] >= 0 && sound[k + 1] < 0 ? 1 : 0;
     return falls;
 }
@@ -72,15 +72,15 @@ TEST_F(ReadSoundTest, TakesEachKindWithItsLengthPitchAndLevel)
         EXPECT_EQ(whole.rate, 48000) << name;
         EXPECT_EQ(whole.channels, 2) << name;
         EXPECT_NEAR(whole.seconds.value(), 2, 0.06) << name; // MP3 comes in blocks
-        EXPECT_NEAR(static_cast<double>(whole.sound.size()), 2 * kSoundRate, 0.06 * kSoundRate) << name;
-        EXPECT_NEAR(FallsOf(whole.sound, 0.2, 0.7), 220, 2) << name; // 440 Hz, and then
-        EXPECT_NEAR(FallsOf(whole.sound, 1.2, 1.7), 440, 2) << name; // 880 Hz
-        EXPECT_NEAR(*std::ranges::max_element(whole.sound), 0.25, 0.03)
+        EXPECT_NEAR(static_cast<double>(whole.samples.size()), 2 * kRate, 0.06 * kRate) << name;
+        EXPECT_NEAR(FallsOf(whole.samples, 0.2, 0.7), 220, 2) << name; // 440 Hz, and then
+        EXPECT_NEAR(FallsOf(whole.samples, 1.2, 1.7), 440, 2) << name; // 880 Hz
+        EXPECT_NEAR(*std::ranges::max_element(whole.samples), 0.25, 0.03)
             << name; // 0.5 on the left, nothing on the right
 
         const auto part = std::get<Recording>(Read(file, {.from = 1, .length = 0.5}));
-        EXPECT_NEAR(static_cast<double>(part.sound.size()), 0.5 * kSoundRate, 1) << name;
-        EXPECT_NEAR(FallsOf(part.sound, 0.1, 0.4), 264, 2) << name; // 880 Hz
+        EXPECT_NEAR(static_cast<double>(part.samples.size()), 0.5 * kRate, 1) << name;
+        EXPECT_NEAR(FallsOf(part.samples, 0.1, 0.4), 264, 2) << name; // 880 Hz
         EXPECT_NE(RefusalOf(file, {.from = 3, .length = {}}), "") << name;
     }
 }
@@ -139,7 +139,7 @@ TEST_F(ReadSoundTest, AsksFfmpegForTheRest)
     const auto recording = std::get<Recording>(Read(strange, {.from = 61.5, .length = {}}));
     EXPECT_EQ(recording.rate, 48000);
     EXPECT_NEAR(recording.seconds.value(), 63.5, 0.001);
-    EXPECT_NEAR(FallsOf(recording.sound, 0.2, 0.7), 220, 2);
+    EXPECT_NEAR(FallsOf(recording.samples, 0.2, 0.7), 220, 2);
     EXPECT_EQ(::Read("arguments"),
               "-nostdin\n-v\nquiet\n-protocol_whitelist\nfile\n-ss\n61.500000\n-i\nfile:" + strange.string() +
                   "\n-map\n0:a:0\n-t\n49.000000\n-c:a\npcm_f32be\n-f\nau\npipe:1\n");

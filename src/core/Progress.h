@@ -6,7 +6,7 @@
 #include <memory>
 #include <utility>
 
-namespace prepare {
+namespace core {
 
 /// The whole work, or a stage of it. Work asks at least every 100 ms. Once it is to stop it hurries to its end, and what
 /// it gives back means nothing.
@@ -57,4 +57,4 @@ private:
     double done_ = 0;
 };
 
-} // namespace prepare
+} // namespace core

@@ -1,9 +1,9 @@
-#include "prepare/SoundSource.h"
+#include "sound/SoundSource.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace prepare {
+namespace sound {
 namespace {
 
 constexpr std::int64_t kSamplesAtOnce = 16384; // of all channels
@@ -77,4 +77,4 @@ std::span<const float> SoundSource::Read(std::int64_t most)
     return mono_;
 }
 
-} // namespace prepare
+} // namespace sound
