@@ -1,7 +1,7 @@
 // Spectra.h: a sound as the spectra of windows that overlap, and back.
 #pragma once
 
-#include <kissfft/kissfft.hh>
+#include <kissfft.hh>
 
 #include <complex>
 #include <cstddef>
