@@ -1,4 +1,4 @@
-// What the encoder costs, as ratios to one pass over the same samples. Built at -O2 and at -O3.
+// What the encoder costs, as ratios to one pass over the same samples.
 #include "Best.h"
 #include "Signals.h"
 #include "core/PeriodEncoder.h"
@@ -42,7 +42,7 @@ int main(int argc, char** argv)
     }
     Best best;
     benchmark::RunSpecifiedBenchmarks(&best);
-    std::puts("at " OPTIMIZED "               floor, ms   encode   with listing");
+    std::puts("                   floor, ms   encode   with listing");
     for (const auto& signal : kSignals) {
         const std::string name = signal.name;
         const auto at = [&](const char* row) { return best.milliseconds.at(name + row); };

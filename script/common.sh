@@ -2,7 +2,7 @@
 # build. Sourced.
 # shellcheck shell=bash disable=SC2034
 
-packages_build=(g++ cmake ninja-build qt6-base-dev librsvg2-bin fonts-dejavu-core libkissfft-dev libcli11-dev
+packages_build=(g++ cmake ninja-build pkg-config qt6-base-dev librsvg2-bin fonts-dejavu-core libkissfft-dev libcli11-dev
     libsndfile1-dev libsoxr-dev)
 packages_tests=(libgtest-dev libgmock-dev libz80ex-dev pasmo qt6-translations-l10n)
 packages_bench=(libbenchmark-dev libxcb1-dev xauth)

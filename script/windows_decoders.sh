@@ -85,7 +85,13 @@ build_decoders() {
     cp "$part"/sources/libsndfile/COPYING "$part/decoders/licences/LGPL-2.1.txt"
     cp "$part"/sources/lame/COPYING "$part/decoders/licences/LGPL-2.0.txt"
     cp -r /usr/include/CLI "$part/decoders/include"
+    install -D -m 644 -t "$part/decoders/share/cmake/CLI11" /usr/share/cmake/CLI11/*.cmake
     install -D -m 644 -t "$part/decoders/include/kissfft" /usr/include/kissfft/kissfft.hh
+    for name in kissfft-float soxr; do # libsoxr makes none for Windows
+        sed "s|/usr/lib/[^ ]*|$dir/lib|; s|/usr|$dir|" "$(pkg-config --variable=pcfiledir "$name")/$name.pc" \
+            >"$part/decoders/lib/pkgconfig/$name.pc"
+    done
+    sed -i "s|$part/decoders|$dir|" "$part"/decoders/lib/pkgconfig/*.pc # where they will be
     for name in "${packages_headers[@]}"; do
         cp "/usr/share/doc/$name/copyright" "$part/decoders/licences/${name%-dev}.txt"
     done

@@ -1,6 +1,6 @@
 #include "prepare/Peaks.h"
 
-#include <kissfft/kissfft.hh>
+#include <kissfft.hh>
 
 #include <algorithm>
 #include <array>

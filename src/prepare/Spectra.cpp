@@ -1,5 +1,7 @@
 #include "prepare/Spectra.h"
 
+#include <kissfft.hh>
+
 #include <algorithm>
 #include <array>
 #include <cmath>

@@ -5,8 +5,6 @@
 #include "core/Progress.h"
 #include "prepare/Levels.h"
 
-#include <kissfft/kissfft.hh>
-
 #include <complex>
 #include <cstddef>
 #include <span>
