@@ -53,9 +53,10 @@ void Correct(const Powers& wanted, const Powers& played, std::span<float> gains)
 
 /// Makes of the spectra of what is played those to ask for next: its phases with the amplitudes of `wanted`, these
 /// times the gains of its bands, `gains` for each frame, which are corrected first.
-void AskForMore(const Spectra& wanted, const MelBands& bands, std::span<float> gains, Spectra& played)
+void AskForMore(const Spectra& wanted, const MelBands& bands, std::span<float> gains, Spectra& played,
+                const core::Progress& progress)
 {
-    for (std::size_t frame = 0; frame < wanted.Size(); ++frame) {
+    for (std::size_t frame = 0; frame < wanted.Size() && progress.GoesOn(); ++frame) {
         const auto frameGains = gains.subspan(frame * bands.count, bands.count);
         Correct(bands.PowersOf(wanted[frame]), bands.PowersOf(played[frame]), frameGains);
         for (std::size_t k = 0; k < Spectra::kBins; ++k) {
@@ -96,10 +97,11 @@ sound::Samples Approach(const sound::Samples& target, const machine::Playback& p
         const auto rest = progress.Stage(0.7, 1);
         Spectra spectra(Played(runBytes, playback, target.size()), rest);
         gains.resize(spectra.Size() * bands.count, 1);
-        AskForMore(Spectra(target, rest), bands, gains, spectra); // made anew each time: the choice needs the memory
+        AskForMore(Spectra(target, rest), bands, gains, spectra,
+                   rest); // made anew each time: the choice needs the memory
         nearer = spectra.Sounds(ones, ones, rest).first;
+        if (!rest.GoesOn(1)) break;
         LevelMoments(heard, nearer);
-        if (progress.IsStopped()) break;
     }
     return nearer;
 }

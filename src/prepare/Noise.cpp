@@ -37,14 +37,14 @@ void TakeClicksOut(Mask& heard)
 
 } // namespace
 
-Powers NoiseOf(const Spectra& spectra)
+Powers NoiseOf(const Spectra& spectra, const core::Progress& progress)
 {
     constexpr double kPauses = 0.12;  // of all frames: the softest
     constexpr float kSofter = 0.25F;  // of the loud frames' power at most, or there are no pauses
     constexpr double kAboveHum = 250; // Hz
     const MelBands judged(1, kAboveHum, sound::kRate);
     Powers powers;
-    for (std::size_t frame = 0; frame < spectra.Size(); ++frame)
+    for (std::size_t frame = 0; frame < spectra.Size() && progress.GoesOn(); ++frame)
         powers.push_back(judged.PowersOf(spectra[frame]).front());
     const auto most = Quantile(powers, kPauses);
     Powers noise(Spectra::kBins);
@@ -61,11 +61,11 @@ Powers NoiseOf(const Spectra& spectra)
     return noise;
 }
 
-void TakeOut(const Powers& noise, Spectra& spectra)
+void TakeOut(const Powers& noise, Spectra& spectra, const core::Progress& progress)
 {
     constexpr float kOver = 3;    // times what was measured: noise isn't the same in each frame
     constexpr float kLeft = 0.1F; // of a bin's amplitude in any case, or single bins would ring
-    for (std::size_t frame = 0; frame < spectra.Size(); ++frame)
+    for (std::size_t frame = 0; frame < spectra.Size() && progress.GoesOn(); ++frame)
         for (std::size_t k = 0; k < noise.size(); ++k) {
             auto& bin = spectra[frame][k];
             const auto power = std::norm(bin);

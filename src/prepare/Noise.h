@@ -8,10 +8,10 @@
 namespace prepare {
 
 /// In each bin, what is there in the pauses too.
-[[nodiscard]] Powers NoiseOf(const Spectra& spectra);
+[[nodiscard]] Powers NoiseOf(const Spectra& spectra, const core::Progress& progress);
 
 /// Takes so much out of each bin.
-void TakeOut(const Powers& noise, Spectra& spectra);
+void TakeOut(const Powers& noise, Spectra& spectra, const core::Progress& progress);
 
 /// Where something is to be heard in `sound`, whose `noise` has been taken out.
 [[nodiscard]] Mask Heard(const sound::Samples& sound, const Powers& noise);

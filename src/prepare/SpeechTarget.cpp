@@ -14,11 +14,11 @@ namespace prepare {
 namespace {
 
 /// Gains that make all bands equally loud, each by its level in its loud moments.
-Spectra::Gains LevellingGains(const Spectra& spectra)
+Spectra::Gains LevellingGains(const Spectra& spectra, const core::Progress& progress)
 {
     const MelBands bands(15, kLowest, kHighest);
     std::vector<Powers> powers(bands.count);
-    for (std::size_t frame = 0; frame < spectra.Size(); ++frame) {
+    for (std::size_t frame = 0; frame < spectra.Size() && progress.GoesOn(); ++frame) {
         const auto inFrame = bands.PowersOf(spectra[frame]);
         for (std::size_t band = 0; band < bands.count; ++band)
             powers[band].push_back(inFrame[band]);
@@ -63,13 +63,16 @@ enum class Bands { AsTheyAre, Levelled };
 Target TargetOf(std::span<const float> sound, Bands bands, const core::Progress& progress)
 {
     Spectra spectra(sound, progress);
-    auto noise = NoiseOf(spectra);
-    TakeOut(noise, spectra);
+    auto noise = NoiseOf(spectra, progress);
+    TakeOut(noise, spectra, progress);
     const auto audible = GainsBetween(kLowest, sound::kRate);
     std::ranges::transform(noise, audible, noise.begin(), std::multiplies());
-    const auto gains = bands == Bands::Levelled ? LevellingGains(spectra) : GainsBetween(kLowest, kHighest);
+    const auto gains = bands == Bands::Levelled ? LevellingGains(spectra, progress) : GainsBetween(kLowest, kHighest);
     auto [plain, target] = spectra.Sounds(audible, gains, progress);
-    LevelMoments(Heard(plain, noise), target);
+    const auto heard = Heard(plain, noise);
+    if (!progress.GoesOn()) return {};
+    LevelMoments(heard, target);
+    if (!progress.GoesOn()) return {};
     return Trimmed(target);
 }
 

@@ -41,13 +41,13 @@ std::variant<std::string, Failure> AnswerTo(const fs::path& input, const fs::pat
 
     command::Bar bar;
     const core::Progress progress([&](double done) { return bar.Show(done), true; });
-    auto read = sound::ReadSound(input, options.part, MostSeconds(options.playback), progress.Stage(0, 0.2));
+    auto read = sound::ReadSound(input, options.part, MostSeconds(options.playback), progress.Stage(0, 0.1));
     if (const auto* const refusal = std::get_if<sound::Refusal>(&read)) return Failure{Reason(*refusal)};
     const auto room = static_cast<std::size_t>(options.size - core::kTokensPC1600 - 1); // the end mark
     const Job job{.recording = std::move(std::get<sound::Recording>(read)),
                   .kind = options.kind,
                   .limits = {.playback = options.playback, .runBytes = room}};
-    const auto made = Prepare(job, progress.Stage(0.2, 1));
+    const auto made = Prepare(job, progress.Stage(0.1, 1));
     if (const auto* const refusal = std::get_if<Refusal>(&made)) return Failure{Reason(*refusal, options)};
     const auto& prepared = std::get<Prepared>(made);
     const auto bytes = core::RecordingBytes(prepared.runBytes, options.playback.rate);
