@@ -20,7 +20,6 @@ TEST_F(PreviewProgram, RefusesWithAMessageAndLeavesAllAsItWas)
         // What can't be read, or is none of ours.
         {1, "P none.bin", "none.bin: No such file or directory"},
         {1, "P pipe", "pipe: This is no ordinary file."},
-        {1, "P /dev/zero", "/dev/zero: This is no ordinary file."},
         {1, "P giant", "giant: no sound file: more than 28591 bytes"},
         {1, "P old.wav -o new.wav", "old.wav: no sound file: it begins neither with a file header nor"},
         // What may not be written.
@@ -77,25 +76,23 @@ TEST_F(PreviewProgram, WritesTheWaveFileAndTheReport)
 
 TEST_F(PreviewProgram, LeavesNothingWhenASignalEndsItAndGoesOnWhereItIsIgnored)
 {
-    // Nobody takes the report away: half done, the file waits for it.
-    for (const auto& [signal, how, status] : {std::tuple("HUP", "default", 129),
-                                              {"INT", "default", 130},
-                                              {"TERM", "default", 143},
-                                              {"HUP", "ignore", 0}, // as under nohup
-                                              {"INT", "ignore", 0}}) {
-        const auto name = std::string(signal);
-        const auto ended = Shell("exec 3<>pipe; dd if=/dev/zero of=pipe oflag=nonblock\n"
-                                 "env --" +
-                                 (how + ("-signal=" + name)) +
-                                 " '" PREVIEW_PROGRAM "' SOUND.bin -o new.wav >&3 2>&- &\n"
-                                 "until [ -e .tonfloss-part-* ]; do sleep 0.1; done\n"
-                                 "readlink /proc/$!/fd/2; kill -" +
-                                 name +
-                                 " $!; dd if=pipe of=../report iflag=nonblock\n"
-                                 "wait $!; status=$?; ls -A | grep -e new -e part; rm -f new.wav; exit $status");
-        EXPECT_EQ(ended, status) << how << signal;
-        EXPECT_EQ(out, status == 0 ? "/dev/null\nnew.wav\n" : "/dev/null\n") << how << signal; // never the file itself
-    }
+    // Nobody takes the report away: the file waits for it, half done. With standard error closed it might become that.
+    Shell(R"(exec 3<>pipe
+        for how in default-signal=HUP default-signal=INT default-signal=TERM ignore-signal=HUP ignore-signal=INT; do
+            dd if=/dev/zero of=pipe oflag=nonblock
+            env --$how ')" PREVIEW_PROGRAM R"(' SOUND.bin -o new.wav >&3 2>&- &
+            until [ -e .tonfloss-part-* ]; do sleep 0.1; done
+            errors=$(readlink /proc/$!/fd/2)
+            kill -${how#*=} $!
+            dd if=pipe of=../report iflag=nonblock
+            wait $!; echo $how $? $errors $(ls -A | grep -e new -e part)
+            rm -f new.wav .tonfloss-part-*
+        done)");
+    EXPECT_EQ(out, "default-signal=HUP 129 /dev/null\n"
+                   "default-signal=INT 130 /dev/null\n"
+                   "default-signal=TERM 143 /dev/null\n"
+                   "ignore-signal=HUP 0 /dev/null new.wav\n" // as under nohup
+                   "ignore-signal=INT 0 /dev/null new.wav\n");
 }
 
 } // namespace
