@@ -6,7 +6,6 @@
 #include <gmock/gmock.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <map>
 
@@ -279,13 +278,6 @@ TEST_F(Files, PartThatAnotherProgramSweepsIsTriedAgainButNotForEver)
     failing = {{"flock", EWOULDBLOCK}};
     EXPECT_EQ(Refusal(target), "SOUND: Device or resource busy");
     EXPECT_LE(Names().size(), 101U);
-}
-
-TEST_F(Files, SignalTakesTheHalfFileAway)
-{
-    const auto isEnded = [&](const files::ByteSink& sink) { sink(content), raise(SIGTERM); };
-    EXPECT_EXIT(files::Write(folder / "SOUND", Existing::Refuse, isEnded), testing::KilledBySignal(SIGTERM), "");
-    EXPECT_THAT(Names(), ElementsAre());
 }
 
 struct RightsCase {

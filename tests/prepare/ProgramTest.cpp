@@ -1,41 +1,29 @@
-// The program as a shell starts it: what it says, with which status, and what it leaves in the folder.
+#include "support/Program.h"
 #include "core/HexTokenText.h"
 #include "core/PeriodEncoder.h"
 #include "core/WaveAcceptance.h"
-#include "support/KnownFile.h"
+#include "machine/Timing.h"
 #include "support/SoundFiles.h"
-
-#include <gtest/gtest.h>
-
-#include <sys/wait.h>
 
 #include <tuple>
 
 namespace {
 
-class PrepareProgram : public testing::Test {
+class PrepareProgram : public Program {
 protected:
-    PrepareProgram()
+    PrepareProgram() : Program(PREPARE_PROGRAM)
     {
-        std::filesystem::create_directories(folder / "files");
-        WriteTone(folder / "files/tone.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, {.seconds = 2});
-        WriteTone(folder / "files/still.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, {.channels = 1, .seconds = 0});
-        Shell(
-            "echo old >old.wav; ln tone.wav hard.wav; ln -s gone.wav dangling.wav; mkfifo pipe; mkdir folder; >empty");
+        constexpr int kWave = SF_FORMAT_WAV | SF_FORMAT_FLOAT;
+        WriteTone(folder / "files/tone.wav", kWave, {.seconds = 2, .overtone = 0.2});
+        WriteTone(folder / "files/high.wav", kWave, {.seconds = 5, .overtone = 8});
+        WriteTone(folder / "files/odd.wav", kWave, {.channels = 3, .seconds = 2, .overtone = 0.2, .on = 2});
+        WriteTone(folder / "files/ten.mp3", kMp3, {.seconds = 10});
+        WriteTone(folder / "files/still.wav", kWave, {.seconds = 0});
+        // In the odd one a sample is no number. An hour and 65 seconds of silence, 1000 bytes each.
+        Shell(R"(printf '\377\377\377\377' | dd of=odd.wav bs=4 seek=9999 conv=notrunc
+            printf '.snd\0\0\0\30\377\377\377\377\0\0\0\2\0\0\3\350\0\0\0\1' >hour.au; truncate -s 3665024 hour.au
+            echo old >old.wav; ln tone.wav hard.wav; ln -s gone.wav dangling.wav; mkfifo pipe; mkdir folder; >empty)");
     }
-    ~PrepareProgram() override { std::filesystem::remove_all(folder); }
-
-    /// The status of a command in which P is the program. `out` and `err` then hold what it said.
-    int Shell(const std::string& command)
-    {
-        const auto prepare = "P() { timeout 60 '" PREPARE_PROGRAM "' \"$@\"; }; run() { " + command + "\n}; run";
-        const int status =
-            std::system(("cd " + folder.string() + "/files && (" + prepare + ") >../out 2>../err").c_str());
-        out = Read(folder / "out");
-        err = Read(folder / "err");
-        return WEXITSTATUS(status);
-    }
-    std::string State() { return Shell("ls -A; cksum *.wav"), out; }
 
     /// What the answer says behind `name`.
     std::string Told(const std::string& name) const
@@ -43,69 +31,91 @@ protected:
         const auto from = out.find(name + ": ") + name.size() + 2;
         return out.substr(from, out.find('\n', from) - from);
     }
-
-    const std::filesystem::path folder = NewFolder();
-    std::string out;
-    std::string err;
 };
 
 TEST_F(PrepareProgram, RefusesWithAMessageAndLeavesAllAsItWas)
 {
-    const auto before = State();
-    for (const auto& [status, command, message] : std::vector<std::tuple<int, std::string, std::string>>{
-             {1, "P none.mp3", "none.mp3: No such file or directory"},
-             {1, "P folder", "folder: This is no ordinary file."},
-             {1, "P pipe", "pipe: This is no ordinary file."},
-             {1, "P empty", "empty: The file is empty."},
-             {1, "P still.wav", "still.wav: There is no sound in it."},
-             {1, "P '[tone,wav]' ++", "++: No such file or directory"}, // no list and no end of one
-             {1, "P tone.wav --for sound --size 150", "It is too long for 150 bytes. About 0:0"},
-             // What may not be written.
-             {1, "P tone.wav -o old.wav", "old.wav: This file exists."},
-             {1, "P tone.wav -o dangling.wav", "dangling.wav: "},
-             {1, "P tone.wav -o hard.wav --force", "hard.wav: "},
-             {1, "P tone.wav -o pipe --force", "pipe: This is no ordinary file."},
-             {1, "P tone.wav --for sound -o none/new.wav", "none/new.wav: No such file or directory"},
-             {1, "ulimit -f 4; P tone.wav --for sound -o old.wav --force", "old.wav: File too large"},
-             // Wrong usage.
-             {2, "P", "FILE is required"},
-             {2, "P tone.wav --loud", "not expected: --loud"},
-             {2, "P tone.wav hard.wav -o new.wav", "--output: it can hold one recording"},
-             {2, "P tone.wav -o ''", "--output: the name is empty"},
-             {2, "P tone.wav --for noise", "--for: noise is none of speech, music and sound"},
-             {2, "P tone.wav --size 28475", "--size: 28475 is no whole number from 133 to 28474"},
-             {2, "P tone.wav --from 1:60", "--from: 1:60 is no time"},
-             {2, "P tone.wav --from -1", "--from: -1 is no time"},
-             {2, "P tone.wav --from nan", "--from: nan is no time"},
-             {2, "P tone.wav --length 0", "--length: nothing is left"},
-             {2, "P tone.wav --rate 9600", "--rate: 9600 is none of the rates"},
-             {2, "P tone.wav --clock 3.58", "--clock: 3.58 is no whole number from 1000000 to 20000000"},
-             {2, "P tone.wav --waits 2", "--waits: 2 is no whole number from 0 to 1"},
+    ExpectRefusals({
+        {1, "P none.mp3", "none.mp3: No such file or directory"},
+        {1, "P folder", "folder: This is no ordinary file."},
+        {1, "P pipe", "pipe: This is no ordinary file."},
+        {1, "P empty", "empty: The file is empty."},
+        {1, "P still.wav", "still.wav: There is no sound in it."},
+        {1, "P '[tone,wav]' ++", "++: No such file or directory"}, // no list and no end of one
+        {1, "P tone.wav --for sound --size 133", "It is too long for 133 bytes. About 0:00.0 of it would fit"},
+        {1, "P tone.wav --size 296",
+         "About 0:01.5 of it would fit: take a part, for example with --from 0:30 --length 0:01.5."},
+        // Minutes and hours, and how long a recording the window takes: each time is told, too.
+        {1, "P hour.au --from 1:05", "hour.au: It lasts 60:00.0, and at this rate the window takes 0:48.0 at most."},
+        {1, "P hour.au --from 1:00:05.03", "It lasts 1:00.0, and"},
+        {1, "P hour.au --length 48", "There is nothing to be heard in it."},
+        {1, "P hour.au --length 48.1", "It lasts 0:48.1, and"},
+        {1, "P hour.au --length 1:05 --rate 8000",
+         "It lasts 1:05.0, and at this rate the window takes 1:03.0 at most."},
+        {1, "P hour.au --length 90 --rate 6000", "It lasts 1:30.0, and at this rate the window takes 1:23.0 at most."},
+        {1, "P ten.mp3 --clock 20000000", "It lasts longer than 0:08.0, and"}, // which only decoding shows
+        // What may not be written.
+        {1, "P tone.wav -o old.wav", "old.wav: This file exists."},
+        {1, "P tone.wav -o dangling.wav", "dangling.wav: "},
+        {1, "P tone.wav -o hard.wav --force", "hard.wav: "},
+        {1, "P tone.wav -o pipe --force", "pipe: This is no ordinary file."},
+        {1, "P tone.wav --for sound -o none/new.wav", "none/new.wav: No such file or directory"},
+        {1, "ulimit -f 4; P tone.wav --for sound -o old.wav --force", "old.wav: File too large"},
+        // Wrong usage.
+        {2, "P", "FILE is required"},
+        {2, "P tone.wav hard.wav -o new.wav", "--output: it can hold one recording"},
+        {2, "P tone.wav --for noise", "--for: noise is none of speech, music and sound"},
+        {2, "P tone.wav --size 28475", "--size: 28475 is no whole number from 133 to 28474"},
+        {2, "P tone.wav --from 1:60", "--from: 1:60 is no time"},
+        {2, "P tone.wav --from -1", "--from: -1 is no time"},
+        {2, "P tone.wav --from nan", "--from: nan is no time"},
+        {2, "P tone.wav --length 0", "--length: nothing is left"},
+        {2, "P tone.wav --rate 9600", "--rate: 9600 is none of the rates"},
+    });
+}
+
+TEST_F(PrepareProgram, MakesWhatTheOptionsSayAndTellsTheTruthAboutIt)
+{
+    using Row = std::tuple<std::string, std::uint32_t, machine::Machine, double, int>;
+    for (const auto& [options, hertz, machine, seconds, periods] : std::vector<Row>{
+             {"tone.wav", 11025, {}, 2, 2031},             // speech: as much of each band
+             {"tone.wav --for sound", 11025, {}, 2, 1564}, // as it is
+             {"tone.wav --for music", 11025, {}, 2, 1318}, // the tune alone
+             {"odd.wav --for sound", 11025, {}, 2, 1564},
+             {"high.wav --for sound --size 28474", 11025, {}, 5, 13200},
+             {"tone.wav --size 1500", 11025, {}, 2, 1330},
+             {"tone.wav --for music --from 1 --length 0:00.5", 11025, {}, 0.5, 440},
+             {"tone.wav --for music --rate 8000", 8000, {}, 2, 1318},
+             {"tone.wav --for music --rate 6000 --clock 2000000 --waits 0", 6000, {2'000'000, 0}, 2, 1318},
          }) {
-        EXPECT_EQ(Shell(command), status) << command;
-        EXPECT_NE(err.find(message), std::string::npos) << command << " says " << err;
-        EXPECT_EQ(out, "") << command;
-        EXPECT_EQ(State(), before) << command;
+        SCOPED_TRACE(options);
+        ASSERT_EQ(Shell("P --force -o new.wav " + options), 0) << err;
+        const auto wave = Read(folder / "files/new.wav");
+        const auto fields = core::ReadWaveFields(wave);
+        EXPECT_FALSE(core::RefusalOf(fields));
+        EXPECT_EQ(fields.sampleRate, hertz);
+        core::BackgroundTask yield([] {});
+        const auto tokens = core::EncodePeriods(core::SampleBytes(wave), nullptr, yield);
+        machine::RunBytes runBytes;
+        for (std::size_t k = 0; k + 1 < core::TokenCount(tokens); ++k)
+            runBytes.push_back(core::ByteOfToken(tokens, k));
+        EXPECT_NEAR(machine::SecondsOf(runBytes, {*machine::RateOfHertz(hertz), machine}), seconds, 0.05);
+        EXPECT_NEAR(std::stod(Told("seconds")), seconds, 0.05);
+        const auto count = static_cast<int>(runBytes.size()) + 1;
+        EXPECT_NEAR(count, periods, 40);
+        EXPECT_EQ(Told("run bytes"), std::to_string(count));
+        EXPECT_EQ(Told("size"),
+                  std::to_string(count + 131) + " for the PC-1600, " + std::to_string(count) + " for PokEmul");
+        EXPECT_EQ(Told("32 KB extension"), periods > 12000 ? "needed" : "not needed for the size");
     }
 }
 
-TEST_F(PrepareProgram, TellsTheSizeThatTheWindowGetsFromItsRecording)
+TEST_F(PrepareProgram, ShowsABarOnTheTerminal)
 {
-    for (const auto& [options, hertz] : std::vector<std::pair<std::string, std::uint32_t>>{
-             {"", 11025}, {"--size 1500", 11025}, {"--rate 8000", 8000}, {"--rate 6000 --clock 2000000", 6000}}) {
-        ASSERT_EQ(Shell("P tone.wav --force --for music " + options), 0) << err;
-        const auto wave = Read(folder / "files/tone-ready.wav");
-        const auto fields = core::ReadWaveFields(wave);
-        EXPECT_FALSE(core::RefusalOf(fields)) << options;
-        EXPECT_EQ(fields.sampleRate, hertz) << options;
-        core::BackgroundTask yield([] {});
-        const auto runBytes = core::TokenCount(core::EncodePeriods(core::SampleBytes(wave), nullptr, yield));
-        EXPECT_EQ(Told("run bytes"), std::to_string(runBytes)) << options;
-        EXPECT_EQ(Told("size"),
-                  std::to_string(runBytes + 131) + " for the PC-1600, " + std::to_string(runBytes) + " for PokEmul")
-            << options;
-        EXPECT_NEAR(std::stod(Told("seconds")), 2, 0.05) << options;
-    }
+    WriteTone(folder / "files/tone.au", SF_FORMAT_AU | SF_FORMAT_FLOAT, {}); // comes late enough for the bar
+    Shell(R"(mkdir bin; printf '#!/bin/sh\nsleep 1.1; cat tone.au' >bin/ffmpeg; chmod +x bin/ffmpeg; echo no >strange
+        PATH=$PWD/bin:$PATH script -qec "')" PREPARE_PROGRAM R"(' strange" /dev/null </dev/null | tr '\r' '|')");
+    EXPECT_THAT(out, testing::MatchesRegex("(\\|\\[#*[.]*\\] (100|[1-9]?[0-9]) %)+\\| {58}\\|read: strange,.*"));
 }
 
 TEST_F(PrepareProgram, PreparesSeveralFilesAndWaitsForReturn)
