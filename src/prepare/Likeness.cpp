@@ -97,8 +97,8 @@ sound::Samples Approach(const sound::Samples& target, const machine::Playback& p
         const auto rest = progress.Stage(0.7, 1);
         Spectra spectra(Played(runBytes, playback, target.size()), rest);
         gains.resize(spectra.Size() * bands.count, 1);
-        AskForMore(Spectra(target, rest), bands, gains, spectra,
-                   rest); // made anew each time: the choice needs the memory
+        // The target's spectra are made anew each time: the choice needs the memory.
+        AskForMore(Spectra(target, rest), bands, gains, spectra, rest);
         nearer = spectra.Sounds(ones, ones, rest).first;
         if (!rest.GoesOn(1)) break;
         LevelMoments(heard, nearer);
