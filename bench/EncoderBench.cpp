@@ -21,8 +21,9 @@ void Encode(benchmark::State& state, const std::string& file, bool listing)
     core::BackgroundTask yield([] {});
     for (auto _ : state) {
         std::string text;
-        const auto runBytes = core::EncodePeriods(std::string_view(file).substr(44), listing ? &text : nullptr, yield);
-        benchmark::DoNotOptimize(runBytes.data());
+        const auto tokens =
+            core::TokensOf(core::EncodePeriods(std::string_view(file).substr(44), listing ? &text : nullptr, yield));
+        benchmark::DoNotOptimize(tokens.data());
         benchmark::DoNotOptimize(text.data());
     }
 }

@@ -12,14 +12,23 @@
 namespace core {
 namespace {
 
-constexpr std::uint8_t kLongPeriod = 254; // samples that one continuation byte stands for
-constexpr std::uint8_t kEndMark = 255;
+using machine::kEndMark;
+using machine::kStaysHigh;
+using machine::RunByte;
+
 constexpr std::size_t kSamplesPerYield = 4096;
 
-/// Grows a text by up to four characters at a time. They gather in a block: appending each to the text costs far more.
+/// Grows a text or run bytes by little at a time, which gathers in a block: appending each by itself costs far more.
+template <class Whole>
 class BlockWriter {
 public:
-    explicit BlockWriter(std::string& text) : text_(text) {}
+    explicit BlockWriter(Whole& whole) : whole_(whole) {}
+
+    void Append(typename Whole::value_type element)
+    {
+        if (used_ == block_.size()) Flush();
+        block_[used_++] = element;
+    }
 
     /// Appends `count` characters. Requires: four can be read, for that many are copied, in one instruction.
     void Append(const char* characters, std::size_t count)
@@ -29,15 +38,17 @@ public:
         used_ += count;
     }
 
+    [[nodiscard]] std::size_t Size() const { return whole_.size() + used_; }
+
     void Flush()
     {
-        text_.append(block_.data(), used_);
+        whole_.insert(whole_.end(), block_.data(), block_.data() + used_);
         used_ = 0;
     }
 
 private:
-    std::string& text_;
-    std::array<char, 4096> block_;
+    Whole& whole_;
+    std::array<typename Whole::value_type, 4096> block_;
     std::size_t used_ = 0;
 };
 
@@ -64,17 +75,17 @@ class Listing {
 public:
     explicit Listing(std::string& text) : out_(text) { StartLine(); }
 
-    void AddContinuation() { Add(kLongPeriod, 0); } // a line begun within a long period so takes one value more
-    void AddLastOfPeriod(std::uint8_t value) { Add(value, 1); }
+    void AddContinuation() { Add(kStaysHigh, 0); } // a line begun within a long period so takes one value more
+    void AddLastOfPeriod(RunByte value) { Add(value, 1); }
     void AddEndMark()
     {
         Append(kEndMark);
-        out_.Append("\r\0\0", 1);
+        out_.Append('\r');
         out_.Flush();
     }
 
 private:
-    void Add(std::uint8_t value, int firstColumn)
+    void Add(RunByte value, int firstColumn)
     {
         constexpr int kLastColumn = 16;
         Append(value);
@@ -82,12 +93,12 @@ private:
             ++ColumnCount;
             return;
         }
-        out_.Append("\r\0\0", 1);
+        out_.Append('\r');
         StartLine();
         ColumnCount = firstColumn;
     }
 
-    void Append(std::uint8_t value)
+    void Append(RunByte value)
     {
         const auto& [text, length] = decimals_[value];
         out_.Append(&text[comma_ ? 0 : 1], comma_ ? length : length - 1);
@@ -102,32 +113,26 @@ private:
     }
 
     const std::array<Decimal, 256>& decimals_ = Decimals();
-    BlockWriter out_;
+    BlockWriter<std::string> out_;
     bool comma_ = false; // a value stands on the line already
     int ColumnCount = 1; // where the next value falls on the line, 0 to 16
 };
 
 struct NoListing {
     void AddContinuation() {}
-    void AddLastOfPeriod(std::uint8_t /*value*/) {}
+    void AddLastOfPeriod(RunByte /*value*/) {}
     void AddEndMark() {}
 };
 
 template <class ListingOrNone>
-std::string Encode(std::string_view samples, ListingOrNone listing, BackgroundTask& RuntimeBackgroundTask)
+EncodedPeriods Encode(std::string_view samples, ListingOrNone listing, BackgroundTask& RuntimeBackgroundTask)
 {
-    std::string BinZeile;
-    BlockWriter out(BinZeile);
-    const auto addLastOfPeriod = [&](std::size_t SampleCount) {
-        const auto byte = static_cast<std::uint8_t>(SampleCount);
-        listing.AddLastOfPeriod(byte);
-        out.Append(TokenOf(byte).data(), kTokenLength);
-    };
-
+    EncodedPeriods periods;
+    BlockWriter out(periods.runBytes);
     const auto end = samples.size() - std::min<std::size_t>(samples.size(), 2);
-    BinZeile.reserve(kTokenLength * (end / 2 + 1)); // the most that can come; memory that isn't used costs nothing
-    std::size_t start = 0;                          // of the period
-    bool Armed = false;                             // a sample above the midline has been seen in it
+    periods.runBytes.reserve(end / 2); // the most that can come; memory that isn't used costs nothing
+    std::size_t start = 0;             // of the period
+    bool Armed = false;                // a sample above the midline has been seen in it
     for (std::size_t i = 0; i < end; RuntimeBackgroundTask(kSamplesPerYield)) {
         for (const auto blockEnd = std::min(end, i + kSamplesPerYield); i < blockEnd; ++i) {
             const auto sample = static_cast<std::uint8_t>(samples[i]);
@@ -137,28 +142,44 @@ std::string Encode(std::string_view samples, ListingOrNone listing, BackgroundTa
             auto SampleCount = i + 1 - start;
             start = i + 1;
             // Entered at 254 and left below 255: a rest of 254 is written as the period's last byte.
-            if (SampleCount >= kLongPeriod) {
+            if (SampleCount >= kStaysHigh) {
                 do {
                     listing.AddContinuation();
-                    out.Append("&Hfe", kTokenLength);
-                    SampleCount -= kLongPeriod;
-                } while (SampleCount > kLongPeriod);
+                    periods.continued.push_back(out.Size());
+                    out.Append(kStaysHigh);
+                    SampleCount -= kStaysHigh;
+                } while (SampleCount > kStaysHigh);
             }
-            addLastOfPeriod(SampleCount);
+            const auto last = static_cast<RunByte>(SampleCount);
+            listing.AddLastOfPeriod(last);
+            out.Append(last);
         }
     }
     listing.AddEndMark();
-    out.Append(TokenOf(kEndMark).data(), kTokenLength);
     out.Flush();
-    return BinZeile;
+    return periods;
 }
 
 } // namespace
 
-std::string EncodePeriods(std::string_view samples, std::string* listing, BackgroundTask& RuntimeBackgroundTask)
+EncodedPeriods EncodePeriods(std::string_view samples, std::string* listing, BackgroundTask& RuntimeBackgroundTask)
 {
     if (listing == nullptr) return Encode(samples, NoListing(), RuntimeBackgroundTask);
     return Encode(samples, Listing(*listing), RuntimeBackgroundTask);
+}
+
+std::string TokensOf(const EncodedPeriods& periods)
+{
+    std::string tokens;
+    tokens.reserve(kTokenLength * (periods.runBytes.size() + 1));
+    BlockWriter out(tokens);
+    for (const auto byte : periods.runBytes)
+        out.Append(TokenOf(byte).data(), kTokenLength);
+    out.Append(TokenOf(kEndMark).data(), kTokenLength);
+    out.Flush();
+    for (const auto k : periods.continued)
+        tokens.replace(k * kTokenLength, kTokenLength, "&Hfe");
+    return tokens;
 }
 
 } // namespace core

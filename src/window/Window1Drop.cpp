@@ -106,7 +106,8 @@ void Window1::EncodePeriods()
 {
     std::string listing; // the text area gets it once
     if (const auto head = TextFor(Language, kListingHead)) (listing += *head) += '\r';
-    BinZeile = core::EncodePeriods(strZeile, ListingWanted() ? &listing : nullptr, RuntimeBackgroundTask);
+    BinZeile =
+        core::TokensOf(core::EncodePeriods(strZeile, ListingWanted() ? &listing : nullptr, RuntimeBackgroundTask));
     Datengroesse = static_cast<std::int64_t>(core::TokenCount(BinZeile));
     if (ListingWanted()) TextAreaCodeAusgabe.SetText(std::move(listing));
 }

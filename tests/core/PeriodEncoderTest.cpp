@@ -26,8 +26,8 @@ struct Encoded {
     explicit Encoded(const std::string& samples)
     {
         core::BackgroundTask yield([] {});
-        tokens = core::EncodePeriods(samples, &listing, yield);
-        EXPECT_TRUE(core::EncodePeriods(samples, nullptr, yield) == tokens);
+        tokens = core::TokensOf(core::EncodePeriods(samples, &listing, yield));
+        EXPECT_TRUE(core::TokensOf(core::EncodePeriods(samples, nullptr, yield)) == tokens);
     }
 };
 

@@ -1,5 +1,4 @@
 // The program as a shell starts it: what it says, with which status, and what it leaves in the folder.
-#include "core/HexTokenText.h"
 #include "core/PeriodEncoder.h"
 #include "core/WaveAcceptance.h"
 #include "support/KnownFile.h"
@@ -99,7 +98,7 @@ TEST_F(PrepareProgram, TellsTheSizeThatTheWindowGetsFromItsRecording)
         EXPECT_FALSE(core::RefusalOf(fields)) << options;
         EXPECT_EQ(fields.sampleRate, hertz) << options;
         core::BackgroundTask yield([] {});
-        const auto runBytes = core::TokenCount(core::EncodePeriods(core::SampleBytes(wave), nullptr, yield));
+        const auto runBytes = core::EncodePeriods(core::SampleBytes(wave), nullptr, yield).runBytes.size() + 1;
         EXPECT_EQ(Told("run bytes"), std::to_string(runBytes)) << options;
         EXPECT_EQ(Told("size"),
                   std::to_string(runBytes + 131) + " for the PC-1600, " + std::to_string(runBytes) + " for PokEmul")

@@ -1,4 +1,5 @@
 // The program as a shell starts it: what it says, with which status, and what it leaves in the folder.
+#include "core/SoundFileImage.h"
 #include "support/KnownFile.h"
 
 #include <gmock/gmock.h>
@@ -15,9 +16,11 @@ protected:
     Program()
     {
         std::filesystem::create_directories(folder + "/files");
-        std::ofstream(folder + "/files/SOUND.bin", std::ios::binary) << kFileHeader + kPlayer + kRunBytes;
-        std::ofstream(folder + "/files/long.bin", std::ios::binary) << PokEmulFile(6, std::string(200, '\xFE'));
-        std::ofstream(folder + "/files/silent.bin", std::ios::binary) << PokEmulFile(6, "");
+        core::SoundFile sound{{}, *machine::RateOfHertz(6000), U"", {}};
+        std::ofstream(folder + "/files/SOUND.bin", std::ios::binary) << kSoundFile;
+        std::ofstream(folder + "/files/silent.bin", std::ios::binary) << core::SoundFileImage(sound);
+        sound.runBytes.assign(200, machine::kStaysHigh);
+        std::ofstream(folder + "/files/long.bin", std::ios::binary) << core::SoundFileImage(sound);
         Shell("echo old >old.wav; ln SOUND.bin hard.bin; ln -s SOUND.bin soft.bin; "
               "ln -s old.wav link.wav; mkfifo pipe; truncate -s 5G giant");
     }
