@@ -19,7 +19,7 @@ int main(int argc, char** argv)
     if (rate == nullptr || core::RefusalOf(core::ReadWaveFields(file))) return EXIT_FAILURE;
 
     core::BackgroundTask yield([] {});
-    const auto runBytes = core::EncodePeriods(core::SampleBytes(file), nullptr, yield).runBytes;
+    const auto runBytes = core::EncodePeriods(core::SampleBytes(file), yield).runBytes;
     const machine::Playback playback{.rate = *rate, .machine = {}};
     const auto performance = machine::PerformanceOf(runBytes, playback);
     std::ofstream out(argv[2], std::ios::binary);

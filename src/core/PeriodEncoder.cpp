@@ -18,17 +18,10 @@ using machine::RunByte;
 
 constexpr std::size_t kSamplesPerYield = 4096;
 
-/// Grows a text or run bytes by little at a time, which gathers in a block: appending each by itself costs far more.
-template <class Whole>
+/// Grows a text by up to four characters at a time. They gather in a block: appending each to the text costs far more.
 class BlockWriter {
 public:
-    explicit BlockWriter(Whole& whole) : whole_(whole) {}
-
-    void Append(typename Whole::value_type element)
-    {
-        if (used_ == block_.size()) Flush();
-        block_[used_++] = element;
-    }
+    explicit BlockWriter(std::string& text) : text_(text) {}
 
     /// Appends `count` characters. Requires: four can be read, for that many are copied, in one instruction.
     void Append(const char* characters, std::size_t count)
@@ -38,17 +31,15 @@ public:
         used_ += count;
     }
 
-    [[nodiscard]] std::size_t Size() const { return whole_.size() + used_; }
-
     void Flush()
     {
-        whole_.insert(whole_.end(), block_.data(), block_.data() + used_);
+        text_.append(block_.data(), used_);
         used_ = 0;
     }
 
 private:
-    Whole& whole_;
-    std::array<typename Whole::value_type, 4096> block_;
+    std::string& text_;
+    std::array<char, 4096> block_;
     std::size_t used_ = 0;
 };
 
@@ -75,17 +66,7 @@ class Listing {
 public:
     explicit Listing(std::string& text) : out_(text) { StartLine(); }
 
-    void AddContinuation() { Add(kStaysHigh, 0); } // a line begun within a long period so takes one value more
-    void AddLastOfPeriod(RunByte value) { Add(value, 1); }
-    void AddEndMark()
-    {
-        Append(kEndMark);
-        out_.Append('\r');
-        out_.Flush();
-    }
-
-private:
-    void Add(RunByte value, int firstColumn)
+    void Add(RunByte value, bool continued)
     {
         constexpr int kLastColumn = 16;
         Append(value);
@@ -93,11 +74,19 @@ private:
             ++ColumnCount;
             return;
         }
-        out_.Append('\r');
+        out_.Append("\r\0\0", 1);
         StartLine();
-        ColumnCount = firstColumn;
+        ColumnCount = continued ? 0 : 1; // a line begun within a long period so takes one value more
     }
 
+    void AddEndMark()
+    {
+        Append(kEndMark);
+        out_.Append("\r\0\0", 1);
+        out_.Flush();
+    }
+
+private:
     void Append(RunByte value)
     {
         const auto& [text, length] = decimals_[value];
@@ -113,26 +102,21 @@ private:
     }
 
     const std::array<Decimal, 256>& decimals_ = Decimals();
-    BlockWriter<std::string> out_;
+    BlockWriter out_;
     bool comma_ = false; // a value stands on the line already
     int ColumnCount = 1; // where the next value falls on the line, 0 to 16
 };
 
-struct NoListing {
-    void AddContinuation() {}
-    void AddLastOfPeriod(RunByte /*value*/) {}
-    void AddEndMark() {}
-};
+} // namespace
 
-template <class ListingOrNone>
-EncodedPeriods Encode(std::string_view samples, ListingOrNone listing, BackgroundTask& RuntimeBackgroundTask)
+EncodedPeriods EncodePeriods(std::string_view samples, BackgroundTask& RuntimeBackgroundTask)
 {
     EncodedPeriods periods;
-    BlockWriter out(periods.runBytes);
+    auto& [runBytes, continued] = periods;
     const auto end = samples.size() - std::min<std::size_t>(samples.size(), 2);
-    periods.runBytes.reserve(end / 2); // the most that can come; memory that isn't used costs nothing
-    std::size_t start = 0;             // of the period
-    bool Armed = false;                // a sample above the midline has been seen in it
+    runBytes.reserve(end / 2); // the most that can come; memory that isn't used costs nothing
+    std::size_t start = 0;     // of the period
+    bool Armed = false;        // a sample above the midline has been seen in it
     for (std::size_t i = 0; i < end; RuntimeBackgroundTask(kSamplesPerYield)) {
         for (const auto blockEnd = std::min(end, i + kSamplesPerYield); i < blockEnd; ++i) {
             const auto sample = static_cast<std::uint8_t>(samples[i]);
@@ -144,28 +128,15 @@ EncodedPeriods Encode(std::string_view samples, ListingOrNone listing, Backgroun
             // Entered at 254 and left below 255: a rest of 254 is written as the period's last byte.
             if (SampleCount >= kStaysHigh) {
                 do {
-                    listing.AddContinuation();
-                    periods.continued.push_back(out.Size());
-                    out.Append(kStaysHigh);
+                    continued.push_back(runBytes.size());
+                    runBytes.push_back(kStaysHigh);
                     SampleCount -= kStaysHigh;
                 } while (SampleCount > kStaysHigh);
             }
-            const auto last = static_cast<RunByte>(SampleCount);
-            listing.AddLastOfPeriod(last);
-            out.Append(last);
+            runBytes.push_back(static_cast<RunByte>(SampleCount));
         }
     }
-    listing.AddEndMark();
-    out.Flush();
     return periods;
-}
-
-} // namespace
-
-EncodedPeriods EncodePeriods(std::string_view samples, std::string* listing, BackgroundTask& RuntimeBackgroundTask)
-{
-    if (listing == nullptr) return Encode(samples, NoListing(), RuntimeBackgroundTask);
-    return Encode(samples, Listing(*listing), RuntimeBackgroundTask);
 }
 
 std::string TokensOf(const EncodedPeriods& periods)
@@ -180,6 +151,20 @@ std::string TokensOf(const EncodedPeriods& periods)
     for (const auto k : periods.continued)
         tokens.replace(k * kTokenLength, kTokenLength, "&Hfe");
     return tokens;
+}
+
+std::string ListingOf(const EncodedPeriods& periods)
+{
+    std::string text;
+    Listing listing(text);
+    auto next = periods.continued.begin();
+    for (std::size_t k = 0; k < periods.runBytes.size(); ++k) {
+        const bool continued = next != periods.continued.end() && *next == k;
+        listing.Add(periods.runBytes[k], continued);
+        if (continued) ++next;
+    }
+    listing.AddEndMark();
+    return text;
 }
 
 } // namespace core

@@ -20,13 +20,14 @@ struct EncodedPeriods {
     std::vector<std::size_t> continued; // which of them are 254s that go on in the next: 254, 8 may be two periods
 };
 
-/// Those of `samples` (unsigned bytes). Where a `listing` is given, the run bytes and the end mark are appended to it as
-/// assembler lines: a tab, "DEFB " and up to 16 values, or 17 in a line that follows one completed by a 254 within a
-/// long period. Each line ends with a carriage return.
-[[nodiscard]] EncodedPeriods EncodePeriods(std::string_view samples, std::string* listing,
-                                           BackgroundTask& RuntimeBackgroundTask);
+/// Those of `samples`, unsigned bytes.
+[[nodiscard]] EncodedPeriods EncodePeriods(std::string_view samples, BackgroundTask& RuntimeBackgroundTask);
 
 /// The run bytes as HexTokenText, the end mark last. A 254 that goes on is "&Hfe", all others have upper-case digits.
 [[nodiscard]] std::string TokensOf(const EncodedPeriods& periods);
+
+/// The same as assembler lines: a tab, "DEFB " and up to 16 values, or 17 in a line that follows one completed by a 254
+/// that goes on. Each line ends with a carriage return.
+[[nodiscard]] std::string ListingOf(const EncodedPeriods& periods);
 
 } // namespace core

@@ -4,8 +4,6 @@
 #include "core/SoundFileHeader.h"
 #include "core/WaveAcceptance.h"
 
-#include <cassert>
-
 namespace core {
 namespace {
 
@@ -20,22 +18,20 @@ std::string BytesOf(std::string_view tokens, BackgroundTask& RuntimeBackgroundTa
     return bytes;
 }
 
-/// The header of `sound`, whose run bytes are `T` with the end mark.
-std::string HeaderOf(const SoundFile& sound, std::int64_t T, BackgroundTask& RuntimeBackgroundTask)
+std::string HeaderOf(const SoundFile& sound, BackgroundTask& RuntimeBackgroundTask)
 {
     const auto& layout = sound.loadAddress ? kLayoutPC1600 : kLayoutPokeMul;
     const auto header = WithRateAndTitle(layout.tokens, layout, RateToken(sound.sampleRate.hertz),
                                          NameTokens(sound.title, RuntimeBackgroundTask));
     if (!sound.loadAddress) return header;
-    const auto length = WordTokensOf(T + kTokensPokeMul);
-    const auto address = WordTokensOf(*sound.loadAddress);
-    assert(length && address);
-    return WithAddress(WithProgramLength(header, *length), *address);
+    const auto length = kTokensPokeMul + static_cast<std::int64_t>(sound.runBytes.size()) + 1; // the end mark
+    return WithAddress(WithProgramLength(header, WordTokensOf(length).value()),
+                       WordTokensOf(*sound.loadAddress).value());
 }
 
-std::string Joined(const std::string& header, std::string_view runBytes)
+std::string Joined(std::string header, std::string_view runBytes)
 {
-    return std::string(header).append(runBytes).append(kAfterEndMark);
+    return header.append(runBytes).append(kAfterEndMark);
 }
 
 } // namespace
@@ -45,8 +41,7 @@ std::string SoundFileImage(const SoundFile& sound)
     BackgroundTask nothingElse([] {});
     std::string runBytes(sound.runBytes.begin(), sound.runBytes.end());
     runBytes += static_cast<char>(machine::kEndMark);
-    const auto header = HeaderOf(sound, static_cast<std::int64_t>(runBytes.size()), nothingElse);
-    return Joined(BytesOf(header, nothingElse), runBytes);
+    return Joined(BytesOf(HeaderOf(sound, nothingElse), nothingElse), runBytes);
 }
 
 std::string SoundFileImage(std::string_view header, std::string_view BinZeile, BackgroundTask& RuntimeBackgroundTask)

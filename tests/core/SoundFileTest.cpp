@@ -14,7 +14,7 @@ TEST(SoundFile, IsKnownByteForByte)
     core::SoundFile sound{.loadAddress = {},
                           .sampleRate = *machine::RateOfHertz(11025),
                           .title = U"tone.wav",
-                          .runBytes = core::EncodePeriods(ToneOf160(), nullptr, yield).runBytes};
+                          .runBytes = core::EncodePeriods(ToneOf160(), yield).runBytes};
     EXPECT_EQ(core::SoundFileImage(sound), kPlayer + kRunBytes);
     sound.loadAddress = 0xC0FE;
     EXPECT_EQ(core::SoundFileImage(sound),

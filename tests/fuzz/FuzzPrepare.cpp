@@ -45,7 +45,7 @@ void TrySound(int switches, const std::string& bytes)
 
     core::BackgroundTask yield([] {});
     const auto recording = RecordingBytes(runBytes, playback.rate);
-    const auto encoded = core::EncodePeriods(std::string_view(recording).substr(44), nullptr, yield);
+    const auto encoded = core::EncodePeriods(std::string_view(recording).substr(44), yield);
     if (encoded.runBytes != runBytes) std::abort();
 }
 

@@ -23,7 +23,7 @@ using namespace prepare;
 machine::RunBytes Encoded(const std::string& recording)
 {
     core::BackgroundTask yield([] {});
-    return core::EncodePeriods(std::string_view(recording).substr(44), nullptr, yield).runBytes;
+    return core::EncodePeriods(std::string_view(recording).substr(44), yield).runBytes;
 }
 
 const machine::SampleRate& Rate(std::uint32_t hertz)

@@ -98,7 +98,7 @@ TEST_F(PrepareProgram, TellsTheSizeThatTheWindowGetsFromItsRecording)
         EXPECT_FALSE(core::RefusalOf(fields)) << options;
         EXPECT_EQ(fields.sampleRate, hertz) << options;
         core::BackgroundTask yield([] {});
-        const auto runBytes = core::EncodePeriods(core::SampleBytes(wave), nullptr, yield).runBytes.size() + 1;
+        const auto runBytes = core::EncodePeriods(core::SampleBytes(wave), yield).runBytes.size() + 1;
         EXPECT_EQ(Told("run bytes"), std::to_string(runBytes)) << options;
         EXPECT_EQ(Told("size"),
                   std::to_string(runBytes + 131) + " for the PC-1600, " + std::to_string(runBytes) + " for PokEmul")
