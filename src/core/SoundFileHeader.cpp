@@ -70,13 +70,13 @@ constexpr std::string_view kHeaderPC1600 =
 
 static_assert(kHeaderPC1600.size() == kTokensPC1600 * kTokenLength);
 
+constexpr auto kPlayer = kHeaderPC1600.substr(kFileHeaderTokens * kTokenLength);
 constexpr std::string_view kTitleEnd = "&H0d";
 
 } // namespace
 
 constinit const HeaderLayout kLayoutPC1600{.tokens = kHeaderPC1600, .absent = 0};
-constinit const HeaderLayout kLayoutPokeMul{.tokens = kHeaderPC1600.substr(kFileHeaderTokens * kTokenLength),
-                                            .absent = kFileHeaderTokens};
+constinit const HeaderLayout kLayoutPokeMul{.tokens = kPlayer, .absent = kFileHeaderTokens};
 
 std::string WithRateAndTitle(std::string_view header, const HeaderLayout& layout, std::string_view rateToken,
                              std::string_view nameTokens)

@@ -21,8 +21,8 @@ std::string BytesOf(std::string_view tokens, BackgroundTask& RuntimeBackgroundTa
 std::string HeaderOf(const SoundFile& sound, BackgroundTask& RuntimeBackgroundTask)
 {
     const auto& layout = sound.loadAddress ? kLayoutPC1600 : kLayoutPokeMul;
-    const auto header = WithRateAndTitle(layout.tokens, layout, RateToken(sound.sampleRate.hertz),
-                                         NameTokens(sound.title, RuntimeBackgroundTask));
+    auto header = WithRateAndTitle(layout.tokens, layout, RateToken(sound.sampleRate.hertz),
+                                   NameTokens(sound.title, RuntimeBackgroundTask));
     if (!sound.loadAddress) return header;
     const auto length = kTokensPokeMul + static_cast<std::int64_t>(sound.runBytes.size()) + 1; // the end mark
     return WithAddress(WithProgramLength(header, WordTokensOf(length).value()),
