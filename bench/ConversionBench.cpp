@@ -62,7 +62,7 @@ void DropReference(benchmark::State& state, const std::string& file, bool listin
     const auto item = program.Item(file);
     std::string text;
     core::BackgroundTask yield([] {});
-    if (listing) benchmark::DoNotOptimize(core::EncodePeriods(std::string_view(file).substr(44), &text, yield).data());
+    if (listing) text = core::ListingOf(core::EncodePeriods(std::string_view(file).substr(44), yield));
     QPlainTextEdit area;
     for (auto _ : state) {
         QFile source(QString::fromStdString(item.FolderItem->NativePath));

@@ -5,29 +5,10 @@
 #include "core/WaveAcceptance.h"
 #include "preview/SquareWave.h"
 
-#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
-
-namespace {
-
-/// The run bytes of `file` without the end mark.
-machine::RunBytes RunBytesOf(const std::string& file)
-{
-    core::BackgroundTask yield([] {});
-    const auto tokens = core::EncodePeriods(core::SampleBytes(file), nullptr, yield);
-    machine::RunBytes bytes;
-    for (std::size_t i = 2; i + 4 < tokens.size(); i += 4) {
-        int byte = 0;
-        std::from_chars(&tokens[i], &tokens[i] + 2, byte, 16);
-        bytes.push_back(static_cast<machine::RunByte>(byte));
-    }
-    return bytes;
-}
-
-} // namespace
 
 int main(int argc, char** argv)
 {
@@ -37,7 +18,8 @@ int main(int argc, char** argv)
     const auto* const rate = machine::RateOfHertz(core::ReadWaveFields(file).sampleRate);
     if (rate == nullptr || core::RefusalOf(core::ReadWaveFields(file))) return EXIT_FAILURE;
 
-    const auto runBytes = RunBytesOf(file);
+    core::BackgroundTask yield([] {});
+    const auto runBytes = core::EncodePeriods(core::SampleBytes(file), yield).runBytes;
     const machine::Playback playback{.rate = *rate, .machine = {}};
     const auto performance = machine::PerformanceOf(runBytes, playback);
     std::ofstream out(argv[2], std::ios::binary);

@@ -3,9 +3,10 @@
 //     token    0   1   2        size()  4 * tokens
 // Units   k counts tokens from 0; token k stands at positions 4k + 1 to 4k + 4 of the text.
 // Digits  either case, also mixed; tokens are never compared as text.
-// Errors  none: a token past the end reads as 0x00, and saving relies on it.
+// Errors  none: a token past the end reads as 0x00.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -20,8 +21,23 @@ inline constexpr std::size_t kTokenLength = 4; // "&H" and two digits
     return tokens.size() / kTokenLength;
 }
 
+inline constexpr auto kTokens = [] {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::array<char, 256 * kTokenLength> tokens{};
+    for (std::size_t byte = 0; byte < 256; ++byte) {
+        tokens[byte * kTokenLength] = '&';
+        tokens[byte * kTokenLength + 1] = 'H';
+        tokens[byte * kTokenLength + 2] = kDigits[byte / 16];
+        tokens[byte * kTokenLength + 3] = kDigits[byte % 16];
+    }
+    return tokens;
+}();
+
 /// The token of one byte, with upper-case digits. Valid for the length of the program.
-[[nodiscard]] std::string_view TokenOf(std::uint8_t byte);
+[[nodiscard]] constexpr std::string_view TokenOf(std::uint8_t byte)
+{
+    return {&kTokens[byte * kTokenLength], kTokenLength};
+}
 
 /// The byte of token k, or 0x00 where `tokens` ends before it. Inline: a save asks for every byte.
 [[nodiscard]] constexpr std::uint8_t ByteOfToken(std::string_view tokens, std::size_t k)

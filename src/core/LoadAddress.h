@@ -3,15 +3,23 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
+#include <variant>
 
 namespace core {
 
 enum class AddressRefusal {
-    Range, // below 80C5 or above EFFF
-    Sum,   // address plus size is above EFFF
+    Length, // not four characters
+    Range,  // below 80C5 or above EFFF
+    Sum,    // address plus size is above EFFF
 };
 
 /// The reason why `Datengroesse` bytes can't lie at `address`, or none. The range is asked first.
-[[nodiscard]] std::optional<AddressRefusal> RefusalOf(double address, std::int64_t Datengroesse);
+[[nodiscard]] std::optional<AddressRefusal> RefusalOf(std::int64_t address, std::int64_t Datengroesse);
+
+/// The address that four hexadecimal digits mean, or why `Datengroesse` bytes can't lie there. A character that is no
+/// digit ends the number, which is below the range then.
+[[nodiscard]] std::variant<std::int64_t, AddressRefusal> LoadAddressOf(std::u32string_view digits,
+                                                                       std::int64_t Datengroesse);
 
 } // namespace core

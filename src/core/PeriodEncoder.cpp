@@ -12,8 +12,10 @@
 namespace core {
 namespace {
 
-constexpr std::uint8_t kLongPeriod = 254; // samples that one continuation byte stands for
-constexpr std::uint8_t kEndMark = 255;
+using machine::kEndMark;
+using machine::kStaysHigh;
+using machine::RunByte;
+
 constexpr std::size_t kSamplesPerYield = 4096;
 
 /// Grows a text by up to four characters at a time. They gather in a block: appending each to the text costs far more.
@@ -64,17 +66,7 @@ class Listing {
 public:
     explicit Listing(std::string& text) : out_(text) { StartLine(); }
 
-    void AddContinuation() { Add(kLongPeriod, 0); } // a line begun within a long period so takes one value more
-    void AddLastOfPeriod(std::uint8_t value) { Add(value, 1); }
-    void AddEndMark()
-    {
-        Append(kEndMark);
-        out_.Append("\r\0\0", 1);
-        out_.Flush();
-    }
-
-private:
-    void Add(std::uint8_t value, int firstColumn)
+    void Add(RunByte value, bool continued)
     {
         constexpr int kLastColumn = 16;
         Append(value);
@@ -84,10 +76,18 @@ private:
         }
         out_.Append("\r\0\0", 1);
         StartLine();
-        ColumnCount = firstColumn;
+        ColumnCount = continued ? 0 : 1; // a line begun within a long period so takes one value more
     }
 
-    void Append(std::uint8_t value)
+    void AddEndMark()
+    {
+        Append(kEndMark);
+        out_.Append("\r\0\0", 1);
+        out_.Flush();
+    }
+
+private:
+    void Append(RunByte value)
     {
         const auto& [text, length] = decimals_[value];
         out_.Append(&text[comma_ ? 0 : 1], comma_ ? length : length - 1);
@@ -107,27 +107,16 @@ private:
     int ColumnCount = 1; // where the next value falls on the line, 0 to 16
 };
 
-struct NoListing {
-    void AddContinuation() {}
-    void AddLastOfPeriod(std::uint8_t /*value*/) {}
-    void AddEndMark() {}
-};
+} // namespace
 
-template <class ListingOrNone>
-std::string Encode(std::string_view samples, ListingOrNone listing, BackgroundTask& RuntimeBackgroundTask)
+EncodedPeriods EncodePeriods(std::string_view samples, BackgroundTask& RuntimeBackgroundTask)
 {
-    std::string BinZeile;
-    BlockWriter out(BinZeile);
-    const auto addLastOfPeriod = [&](std::size_t SampleCount) {
-        const auto byte = static_cast<std::uint8_t>(SampleCount);
-        listing.AddLastOfPeriod(byte);
-        out.Append(TokenOf(byte).data(), kTokenLength);
-    };
-
+    EncodedPeriods periods;
+    auto& [runBytes, continued] = periods;
     const auto end = samples.size() - std::min<std::size_t>(samples.size(), 2);
-    BinZeile.reserve(kTokenLength * (end / 2 + 1)); // the most that can come; memory that isn't used costs nothing
-    std::size_t start = 0;                          // of the period
-    bool Armed = false;                             // a sample above the midline has been seen in it
+    runBytes.reserve(end / 2); // the most that can come; memory that isn't used costs nothing
+    std::size_t start = 0;     // of the period
+    bool Armed = false;        // a sample above the midline has been seen in it
     for (std::size_t i = 0; i < end; RuntimeBackgroundTask(kSamplesPerYield)) {
         for (const auto blockEnd = std::min(end, i + kSamplesPerYield); i < blockEnd; ++i) {
             const auto sample = static_cast<std::uint8_t>(samples[i]);
@@ -137,28 +126,45 @@ std::string Encode(std::string_view samples, ListingOrNone listing, BackgroundTa
             auto SampleCount = i + 1 - start;
             start = i + 1;
             // Entered at 254 and left below 255: a rest of 254 is written as the period's last byte.
-            if (SampleCount >= kLongPeriod) {
+            if (SampleCount >= kStaysHigh) {
                 do {
-                    listing.AddContinuation();
-                    out.Append("&Hfe", kTokenLength);
-                    SampleCount -= kLongPeriod;
-                } while (SampleCount > kLongPeriod);
+                    continued.push_back(runBytes.size());
+                    runBytes.push_back(kStaysHigh);
+                    SampleCount -= kStaysHigh;
+                } while (SampleCount > kStaysHigh);
             }
-            addLastOfPeriod(SampleCount);
+            runBytes.push_back(static_cast<RunByte>(SampleCount));
         }
     }
-    listing.AddEndMark();
-    out.Append(TokenOf(kEndMark).data(), kTokenLength);
-    out.Flush();
-    return BinZeile;
+    return periods;
 }
 
-} // namespace
-
-std::string EncodePeriods(std::string_view samples, std::string* listing, BackgroundTask& RuntimeBackgroundTask)
+std::string TokensOf(const EncodedPeriods& periods)
 {
-    if (listing == nullptr) return Encode(samples, NoListing(), RuntimeBackgroundTask);
-    return Encode(samples, Listing(*listing), RuntimeBackgroundTask);
+    std::string tokens;
+    tokens.reserve(kTokenLength * (periods.runBytes.size() + 1));
+    BlockWriter out(tokens);
+    for (const auto byte : periods.runBytes)
+        out.Append(TokenOf(byte).data(), kTokenLength);
+    out.Append(TokenOf(kEndMark).data(), kTokenLength);
+    out.Flush();
+    for (const auto k : periods.continued)
+        tokens.replace(k * kTokenLength, kTokenLength, "&Hfe");
+    return tokens;
+}
+
+std::string ListingOf(const EncodedPeriods& periods)
+{
+    std::string text;
+    Listing listing(text);
+    auto next = periods.continued.begin();
+    for (std::size_t k = 0; k < periods.runBytes.size(); ++k) {
+        const bool continued = next != periods.continued.end() && *next == k;
+        listing.Add(periods.runBytes[k], continued);
+        if (continued) ++next;
+    }
+    listing.AddEndMark();
+    return text;
 }
 
 } // namespace core

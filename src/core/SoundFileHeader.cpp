@@ -73,24 +73,15 @@ static_assert(kHeaderPC1600.size() == kTokensPC1600 * kTokenLength);
 constexpr auto kPlayer = kHeaderPC1600.substr(kFileHeaderTokens * kTokenLength);
 constexpr std::string_view kTitleEnd = "&H0d";
 
-std::string WithWord(std::string_view header, std::size_t token, std::string_view low, std::string_view high)
-{
-    return Splice(header, token, std::string(low) + std::string(high));
-}
-
 } // namespace
 
-constinit const HeaderLayout kLayoutPC1600{
-    .tokens = kHeaderPC1600, .rateToken = kRateToken, .titleToken = kTitleToken, .hasFileHeader = true};
-constinit const HeaderLayout kLayoutPokeMul{.tokens = kPlayer,
-                                            .rateToken = kRateToken - kFileHeaderTokens,
-                                            .titleToken = kTitleToken - kFileHeaderTokens,
-                                            .hasFileHeader = false};
+constinit const HeaderLayout kLayoutPC1600{.tokens = kHeaderPC1600, .absent = 0};
+constinit const HeaderLayout kLayoutPokeMul{.tokens = kPlayer, .absent = kFileHeaderTokens};
 
 std::string WithRateAndTitle(std::string_view header, const HeaderLayout& layout, std::string_view rateToken,
                              std::string_view nameTokens)
 {
-    return Splice(Splice(header, layout.rateToken, rateToken), layout.titleToken,
+    return Splice(Splice(header, kRateToken - layout.absent, rateToken), kTitleToken - layout.absent,
                   std::string(nameTokens) + std::string(kTitleEnd));
 }
 
@@ -101,14 +92,15 @@ std::optional<WordTokens> WordTokensOf(std::int64_t number)
                       .high = std::string(TokenOf(static_cast<std::uint8_t>(number >> 8)))};
 }
 
-std::string WithProgramLength(std::string_view header, std::string_view lowToken, std::string_view highToken)
+std::string WithProgramLength(std::string_view header, const WordTokens& length)
 {
-    return WithWord(header, kProgramLengthToken, lowToken, highToken);
+    return Splice(header, kProgramLengthToken, length.low + length.high);
 }
 
-std::string WithAddress(std::string_view header, std::string_view lowToken, std::string_view highToken)
+std::string WithAddress(std::string_view header, const WordTokens& address)
 {
-    return WithWord(WithWord(header, kLoadAddressToken, lowToken, highToken), kStartAddressToken, lowToken, highToken);
+    const auto tokens = address.low + address.high;
+    return Splice(Splice(header, kLoadAddressToken, tokens), kStartAddressToken, tokens);
 }
 
 } // namespace core

@@ -1,15 +1,15 @@
 // SoundFileHeader.h: the fixed bytes in front of the run bytes, as HexTokenText, and the fields that change.
-//     target      tokens   holds
-//     PC-1600     131      16-byte file header, 115-byte Z80 player
-//     PokEmul     115      the same player, token for token
+//     target      holds
+//     PC-1600     file header, Z80 player: its code, the rate byte, the title routine, the title and its end
+//     PokEmul     the same player, token for token
 //
-//     field            token in PC-1600   bytes   written when
-//     program length     5                  2     the run bytes are known; low byte first
-//     load address       8                  2     the address is accepted; low byte first
-//     start address     11                  2     the same, with the same value
-//     rate byte         89                  1     the sample rate is accepted
-//     title            105                 25     the same; byte 0D behind it
-// For PokEmul take 16 off; the first three don't exist there.
+//     field            bytes   written when
+//     program length     2     the run bytes are known; low byte first
+//     load address       2     the address is accepted; low byte first
+//     start address      2     the same, with the same value
+//     rate byte          1     the sample rate is accepted
+//     title             25     the same; byte 0D behind it
+// The first three are in the file header.
 #pragma once
 
 #include <cstddef>
@@ -21,23 +21,25 @@
 namespace core {
 
 inline constexpr std::int64_t kFileHeaderTokens = 16;
-inline constexpr std::int64_t kTokensPC1600 = 131;
-inline constexpr std::int64_t kTokensPokeMul = kTokensPC1600 - kFileHeaderTokens;
+inline constexpr std::int64_t kCodeTokens = 48 + 25; // main loop and delay routine
+inline constexpr std::int64_t kTitleRoutineTokens = 15;
+inline constexpr std::size_t kTitleTokens = 25;
+inline constexpr std::int64_t kTokensPokeMul = kCodeTokens + 1 + kTitleRoutineTokens + kTitleTokens + 1;
+inline constexpr std::int64_t kTokensPC1600 = kFileHeaderTokens + kTokensPokeMul;
 
 // The fields, as tokens of the PC-1600 header.
 inline constexpr std::size_t kProgramLengthToken = 5;
 inline constexpr std::size_t kLoadAddressToken = 8;
 inline constexpr std::size_t kStartAddressToken = 11;
-inline constexpr std::size_t kRateToken = 89;
-inline constexpr std::size_t kTitleToken = 105;
-inline constexpr std::size_t kTitleTokens = 25;
+inline constexpr std::size_t kRateToken = kFileHeaderTokens + kCodeTokens;
+inline constexpr std::size_t kTitleToken = kRateToken + 1 + kTitleRoutineTokens;
 
-/// The header of a target, unpatched, and where its fields stand.
+/// The header of a target, unpatched.
 struct HeaderLayout {
     std::string_view tokens;
-    std::size_t rateToken;
-    std::size_t titleToken;
-    bool hasFileHeader; // with the program length and the addresses
+    std::size_t absent; // tokens of the PC-1600 header that aren't there: none, or the file header's
+
+    [[nodiscard]] constexpr bool HasFileHeader() const { return absent == 0; } // with program length and addresses
 };
 extern const HeaderLayout kLayoutPC1600;
 extern const HeaderLayout kLayoutPokeMul;
@@ -56,10 +58,9 @@ struct WordTokens {
 [[nodiscard]] std::optional<WordTokens> WordTokensOf(std::int64_t number);
 
 /// `header` of the target PC-1600 with the program length: all that follows its first 16 bytes, end mark included.
-[[nodiscard]] std::string WithProgramLength(std::string_view header, std::string_view lowToken,
-                                            std::string_view highToken);
+[[nodiscard]] std::string WithProgramLength(std::string_view header, const WordTokens& length);
 
 /// `header` of the target PC-1600 with load and start address. The player's own addresses stay those of 80C5.
-[[nodiscard]] std::string WithAddress(std::string_view header, std::string_view lowToken, std::string_view highToken);
+[[nodiscard]] std::string WithAddress(std::string_view header, const WordTokens& address);
 
 } // namespace core

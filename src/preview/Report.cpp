@@ -8,14 +8,14 @@
 namespace preview {
 namespace {
 
-std::string ReadableTitle(std::string_view latin1)
+/// Of characters up to FF, as UTF-8.
+std::string ReadableTitle(std::u32string_view title)
 {
     std::string utf8;
-    for (const char character : latin1) {
-        const auto code = static_cast<std::uint8_t>(character);
+    for (const auto code : title) {
         const bool isControl = code < 0x20 || (code >= 0x7F && code < 0xA0);
         if (code < 0x80 || isControl)
-            utf8 += isControl ? '?' : character;
+            utf8 += isControl ? '?' : static_cast<char>(code);
         else
             utf8.append({static_cast<char>(0xC0 | code >> 6), static_cast<char>(0x80 | (code & 0x3F))});
     }

@@ -11,10 +11,9 @@ namespace {
 
 using namespace core;
 
-constexpr std::size_t kFileHeader = kFileHeaderTokens; // a token is a byte of the file
+// A token is a byte of the file.
+constexpr std::size_t kFileHeader = kFileHeaderTokens;
 constexpr std::size_t kPlayer = kTokensPokeMul;
-constexpr auto kEndMark = static_cast<char>(machine::kEndMark);
-constexpr std::string_view kAfterEndMark("\0\0", 2);
 
 std::uint32_t ByteAt(std::string_view bytes, std::size_t offset)
 {
@@ -65,9 +64,12 @@ std::optional<Refusal> RefusalOfFields(std::string_view bytes, std::size_t runBy
     return std::nullopt;
 }
 
-std::string WithoutFill(std::string_view title)
+std::u32string WithoutFill(std::string_view field)
 {
-    return std::string(title.substr(0, title.find_last_not_of('\0') + 1));
+    std::u32string title;
+    for (const char character : field.substr(0, field.find_last_not_of('\0') + 1))
+        title += static_cast<std::uint8_t>(character);
+    return title;
 }
 
 std::variant<SoundFile, Refusal> Parse(std::string_view bytes)
@@ -76,11 +78,12 @@ std::variant<SoundFile, Refusal> Parse(std::string_view bytes)
         return Refusal{"it is a recording; drop it on the window of tonfloss, and name the file that you save there"};
     if (bytes.size() > kLargestFile) return Refusal{"more than " + std::to_string(kLargestFile) + " bytes"};
     if (bytes.empty()) return Refusal{"it is empty"};
-    const bool hasHeader = ByteAt(bytes, 0) == ByteOfToken(kLayoutPC1600.tokens, 0);
-    if (!hasHeader && ByteAt(bytes, 0) != ByteOfToken(kLayoutPokeMul.tokens, 0))
+    const auto begins = [&](const auto& target) { return ByteAt(bytes, 0) == ByteOfToken(target.tokens, 0); };
+    if (!begins(kLayoutPC1600) && !begins(kLayoutPokeMul))
         return Refusal{"it begins neither with a file header nor with the player"};
-    const std::size_t absent = hasHeader ? 0 : kFileHeader;
-    const auto front = kTokensPC1600 - absent; // bytes before the run bytes
+    const auto& layout = begins(kLayoutPC1600) ? kLayoutPC1600 : kLayoutPokeMul;
+    const auto absent = layout.absent;
+    const auto front = TokenCount(layout.tokens);
     if (bytes.size() < front + 1 + kAfterEndMark.size())
         return Refusal{"only " + std::to_string(bytes.size()) + " bytes, less than a player and an end mark"};
     if (const auto refusal = RefusalOfConstants(bytes, absent)) return *refusal;
@@ -89,11 +92,11 @@ std::variant<SoundFile, Refusal> Parse(std::string_view bytes)
     const auto* const rate = machine::RateOfPlayerByte(rateByte);
     if (rate == nullptr)
         return Refusal{"the rate byte is " + std::to_string(rateByte) + ", which the player doesn't know"};
-    const auto endMark = bytes.find(kEndMark, front);
+    const auto endMark = bytes.find(static_cast<char>(machine::kEndMark), front);
     if (endMark == std::string_view::npos) return Refusal{"the end mark is missing"};
     if (bytes.substr(endMark + 1) != kAfterEndMark)
         return Refusal{"the end mark at " + std::to_string(endMark) + " isn't followed by two zeros and the end"};
-    if (hasHeader)
+    if (layout.HasFileHeader())
         if (const auto refusal = RefusalOfFields(bytes, endMark + 1 - front)) return *refusal;
 
     SoundFile sound{.loadAddress = std::nullopt,
@@ -101,7 +104,7 @@ std::variant<SoundFile, Refusal> Parse(std::string_view bytes)
                     .title = WithoutFill(bytes.substr(kTitleToken - absent, kTitleTokens)),
                     .runBytes = {bytes.begin() + static_cast<std::ptrdiff_t>(front),
                                  bytes.begin() + static_cast<std::ptrdiff_t>(endMark)}};
-    if (hasHeader) sound.loadAddress = WordAt(bytes, kLoadAddressToken);
+    if (layout.HasFileHeader()) sound.loadAddress = WordAt(bytes, kLoadAddressToken);
     return sound;
 }
 

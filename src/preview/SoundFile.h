@@ -8,12 +8,11 @@
 #pragma once
 
 #include "core/SoundFileHeader.h"
+#include "core/SoundFileImage.h"
 #include "machine/Memory.h"
-#include "machine/RunBytes.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -21,15 +20,10 @@
 namespace preview {
 
 // One for PokEmul, whose size is that of its run bytes alone: player, run bytes, two zeros.
-inline constexpr std::size_t kLargestFile = core::kTokensPokeMul + machine::kLargestSize + 2;
+inline constexpr std::size_t kLargestFile = core::kTokensPokeMul + machine::kLargestSize + core::kAfterEndMark.size();
 static_assert(kLargestFile == 28591);
 
-struct SoundFile {
-    std::optional<std::uint32_t> loadAddress; // none: a file for PokEmul
-    machine::SampleRate sampleRate;           // of the recording
-    std::string title;                        // Latin-1, without the zeros that fill its field
-    machine::RunBytes runBytes;
-};
+using core::SoundFile;
 
 /// Why something can't be done: English, for the user, to be shown behind the file's name.
 struct Refusal {
@@ -40,7 +34,7 @@ struct Refusal {
 [[nodiscard]] std::string AddressText(std::int64_t address);
 
 /// The sound file that `bytes` are, or what is wrong with them. Refuses all that the window can't have saved, but for
-/// titles and run bytes that no recording leads to.
+/// titles and run bytes that no recording leads to. The title comes without the zeros that fill its field.
 [[nodiscard]] std::variant<SoundFile, Refusal> ParseSoundFile(std::string_view bytes);
 
 } // namespace preview

@@ -1,7 +1,6 @@
 // The load address: typed, tested, patched into the header, and then the save.
 #include "core/LoadAddress.h"
 #include "core/SoundFileHeader.h"
-#include "core/TextLibrary.h"
 #include "window/SharedTexts.h"
 #include "window/Targets.h"
 
@@ -11,7 +10,6 @@ namespace {
 
 constexpr std::u32string_view kReturn = U"\x0D";
 constexpr std::u32string_view kEnter = U"\x03";
-constexpr std::size_t kAddressDigits = 4;
 
 constexpr MessagePair kWrongLength{.ger = "Lade-/Startadresse >&80C5 <&EFFF",
                                    .eng = "Loading-/starting adress >&80C5 <&EFFF"};
@@ -28,19 +26,20 @@ bool Window1::TextFieldAudioAdresse_KeyDown(std::u32string_view key)
     if (key != kReturn && key != kEnter) return false;
 
     AdresseAudioFile = TextFieldAudioAdresse.Text();
-    if (AdresseAudioFile.size() != kAddressDigits) {
+    const auto address = core::LoadAddressOf(AdresseAudioFile, Datengroesse);
+    const auto* const refusal = std::get_if<core::AddressRefusal>(&address);
+    if (refusal != nullptr && *refusal == core::AddressRefusal::Length) {
         ForgetAddress();
         ShowMessage(kWrongLength);
         return false;
     }
     AdresseAudioFile.insert(0, U"&H");
-    const double address = text::Val(AdresseAudioFile); // a character that is no digit leaves it below the range
-    if (const auto refusal = core::RefusalOf(address, Datengroesse)) {
+    if (refusal != nullptr) {
         ShowMessage(*refusal == core::AddressRefusal::Range ? kOutOfRange : kTooHigh);
         ForgetAddress();
         return false;
     }
-    PatchAddress(static_cast<std::int64_t>(address));
+    PatchAddress(std::get<std::int64_t>(address));
     if (DoSaveAS()) CloseAddressEntry();
     return false;
 }
@@ -57,8 +56,8 @@ void Window1::PatchAddress(std::int64_t address)
     assert(tokens);
     LowByteDatenAnfang = tokens->low;
     HighByteDatenAnfang = tokens->high;
-    if (const auto* const target = Target(); target != nullptr && target->layout.hasFileHeader)
-        HeaderPC1600 = core::WithAddress(HeaderPC1600, LowByteDatenAnfang, HighByteDatenAnfang);
+    if (const auto* const target = Target(); target != nullptr && target->layout.HasFileHeader())
+        HeaderPC1600 = core::WithAddress(HeaderPC1600, *tokens);
 }
 
 void Window1::OpenAddressEntry()

@@ -101,12 +101,12 @@ void Window1::PatchHeader(std::string_view RateToken, std::string_view NameToken
         this->*target->header = core::WithRateAndTitle(this->*target->header, target->layout, RateToken, NameTokens);
 }
 
-// The listing option can't change while this runs: the menu is refused during a drop.
 void Window1::EncodePeriods()
 {
-    std::string listing; // the text area gets it once
-    if (const auto head = TextFor(Language, kListingHead)) (listing += *head) += '\r';
-    BinZeile = core::EncodePeriods(strZeile, ListingWanted() ? &listing : nullptr, RuntimeBackgroundTask);
+    const auto periods = core::EncodePeriods(strZeile, RuntimeBackgroundTask);
+    BinZeile = core::TokensOf(periods);
     Datengroesse = static_cast<std::int64_t>(core::TokenCount(BinZeile));
-    if (ListingWanted()) TextAreaCodeAusgabe.SetText(std::move(listing));
+    if (!ListingWanted()) return;
+    const auto head = TextFor(Language, kListingHead);
+    TextAreaCodeAusgabe.SetText((head ? std::string(*head) + '\r' : "") + core::ListingOf(periods));
 }

@@ -25,7 +25,7 @@ constexpr MessagePair kAddressLimits{.ger = "Mit 32KB Erweiterung > =80C5\r\nOhn
 
 void Window1::FinishImage()
 {
-    if (const auto* const target = Target(); target != nullptr && target->layout.hasFileHeader) PatchProgramLength();
+    if (const auto* const target = Target(); target != nullptr && target->layout.HasFileHeader()) PatchProgramLength();
     LabelDragAndDrop.SetTextColor(kBlack);
     Label3.SetTextColor(kBlack);
 
@@ -54,7 +54,7 @@ void Window1::PatchProgramLength()
         PrgLngLowByte = tokens->low;
         PrgLngHighByte = tokens->high;
     }
-    HeaderPC1600 = core::WithProgramLength(HeaderPC1600, PrgLngLowByte, PrgLngHighByte);
+    HeaderPC1600 = core::WithProgramLength(HeaderPC1600, {PrgLngLowByte, PrgLngHighByte});
     Datengroesse = ProgramLength + core::kFileHeaderTokens;
 }
 

@@ -19,17 +19,11 @@ std::string Periods(const std::vector<std::size_t>& lengths)
     return samples + kLow + kLow;
 }
 
-struct Encoded {
-    std::string listing;
-    std::string tokens;
-
-    explicit Encoded(const std::string& samples)
-    {
-        core::BackgroundTask yield([] {});
-        tokens = core::EncodePeriods(samples, &listing, yield);
-        EXPECT_TRUE(core::EncodePeriods(samples, nullptr, yield) == tokens);
-    }
-};
+core::EncodedPeriods Encoded(const std::string& samples)
+{
+    core::BackgroundTask yield([] {});
+    return core::EncodePeriods(samples, yield);
+}
 
 TEST(EncodePeriods, WritesTheRunBytesOfEachPeriod)
 {
@@ -52,16 +46,16 @@ TEST(EncodePeriods, WritesTheRunBytesOfEachPeriod)
              {Periods({508}), "&Hfe&HFE&HFF"},              // left below 255
              {Periods({509, 762}), "&Hfe&Hfe&H01&Hfe&Hfe&HFE&HFF"},
          })
-        EXPECT_EQ(Encoded(samples).tokens, tokens);
+        EXPECT_EQ(core::TokensOf(Encoded(samples)), tokens);
 }
 
 TEST(EncodePeriods, ListsSixteenValuesALineAndSeventeenBehindAContinuation)
 {
     const auto twos = [](std::size_t count, std::vector<std::size_t> more) {
         more.insert(more.begin(), count, 2);
-        return Encoded(Periods(more)).listing;
+        return core::ListingOf(Encoded(Periods(more)));
     };
-    EXPECT_EQ(Encoded("").listing, "\tDEFB 255\r");
+    EXPECT_EQ(core::ListingOf({}), "\tDEFB 255\r");
     EXPECT_EQ(twos(15, {}), "\tDEFB 2,2,2,2,2,2,2,2,2,2,2,2,2,2,2,255\r");
     EXPECT_EQ(twos(16, {}), "\tDEFB 2,2,2,2,2,2,2,2,2,2,2,2,2,2,2,2\r\tDEFB 255\r");
     EXPECT_EQ(twos(14, {300, 3}), "\tDEFB 2,2,2,2,2,2,2,2,2,2,2,2,2,2,254,46\r\tDEFB 3,255\r");

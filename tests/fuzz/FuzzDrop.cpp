@@ -39,7 +39,7 @@ long LastFall(const std::string& file)
     return last;
 }
 
-void RequireSound(const std::filesystem::path& saved, const std::string& file, std::optional<std::uint32_t> address)
+void RequireSound(const std::filesystem::path& saved, const std::string& file, std::optional<std::int64_t> address)
 {
     const auto parsed = preview::ParseSoundFile(Read(saved));
     const auto* const refusal = std::get_if<preview::Refusal>(&parsed);
@@ -107,7 +107,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Require(shown.size() == 1, "one message to the address");
         const bool saved = !window.TextFieldAudioAdresse.Visible();
         Require(std::filesystem::exists(target) == saved, "a file, or another try");
-        if (saved) RequireSound(target, file, pokEmul ? std::nullopt : std::optional(std::stoul(typed, nullptr, 16)));
+        if (saved) RequireSound(target, file, pokEmul ? std::nullopt : std::optional(std::stol(typed, nullptr, 16)));
     }
     std::filesystem::remove(path);
     QCoreApplication::processEvents();

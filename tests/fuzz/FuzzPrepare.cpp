@@ -1,6 +1,5 @@
 // Any sound makes a list of run bytes that the encoder gives back, and any arguments options within their bounds.
 // Input: a byte of switches, then samples of 16 bits, or arguments that end with zeros.
-#include "core/HexTokenText.h"
 #include "core/PeriodEncoder.h"
 #include "core/RecordingBytes.h"
 #include "prepare/Prepare.h"
@@ -53,10 +52,8 @@ void TrySound(int switches, const std::string& bytes)
 
     core::BackgroundTask yield([] {});
     const auto recording = core::RecordingBytes(runBytes, playback.rate);
-    const auto tokens = core::EncodePeriods(std::string_view(recording).substr(44), nullptr, yield);
-    if (core::TokenCount(tokens) != runBytes.size() + 1) std::abort();
-    for (std::size_t k = 0; k < runBytes.size(); ++k)
-        if (core::ByteOfToken(tokens, k) != runBytes[k]) std::abort();
+    const auto encoded = core::EncodePeriods(std::string_view(recording).substr(44), yield);
+    if (encoded.runBytes != runBytes) std::abort();
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 // The times that the machine takes, held against a Z80 that runs the same file.
 #include "machine/Timing.h"
-#include "core/HexTokenText.h"
 #include "core/WaveAcceptance.h"
 #include "preview/SoundFile.h"
 #include "support/KnownFile.h"
@@ -22,21 +21,20 @@ using namespace machine;
 TEST(SampleRates, GoAllTheWayFromTheRecordingToThePort)
 {
     // Short and long ones, the bounds of each kind, a long period that never falls, and all again behind each other.
-    const auto runBytes = Bytes("02 05 80 fd fe 00 fe 01 fe fe 01 fe fe 02 00 01 fe fd 07 fe");
+    const auto runBytes = RunBytesOf("02 05 80 fd fe 00 fe 01 fe fe 01 fe fe 02 00 01 fe fd 07 fe");
     for (const auto& rate : kSampleRates)
         for (const long waits : {0, 1})
-            for (const auto& header : {kFileHeader, std::string()}) {
+            for (const auto address : {std::optional<std::int64_t>(), std::optional<std::int64_t>(0x80C5)}) {
                 SCOPED_TRACE(rate.hertz);
                 EXPECT_EQ(core::RefusalOf(core::ReadWaveFields(std::string(WaveBytes().rate(rate.hertz)))),
                           std::nullopt);
-                const auto rateByte = core::ByteOfToken(core::RateToken(rate.hertz), 0);
-                const auto player = PokEmulFile(static_cast<char>(rateByte), runBytes);
-                const auto parsed = preview::ParseSoundFile(header + player);
+                const auto file = core::SoundFileImage({address, rate, U"tone.wav", runBytes});
+                const auto parsed = preview::ParseSoundFile(file);
                 ASSERT_TRUE(std::holds_alternative<preview::SoundFile>(parsed));
                 const auto& sound = std::get<preview::SoundFile>(parsed);
                 EXPECT_EQ(sound.sampleRate.hertz, rate.hertz);
 
-                const auto levels = Play(player, waits);
+                const auto levels = Play(file.substr(address ? 16 : 0), waits);
                 const auto writes = PerformanceOf(sound.runBytes, {sound.sampleRate, {.waits = waits}}).writes;
                 ASSERT_EQ(levels.size(), 40U);
                 ASSERT_EQ(writes.size(), 40U);

@@ -1,4 +1,3 @@
-#include "core/HexTokenText.h"
 #include "core/PeriodEncoder.h"
 #include "core/RecordingBytes.h"
 #include "machine/Timing.h"
@@ -25,11 +24,7 @@ using namespace prepare;
 machine::RunBytes Encoded(const std::string& recording)
 {
     core::BackgroundTask yield([] {});
-    const auto tokens = core::EncodePeriods(std::string_view(recording).substr(44), nullptr, yield);
-    machine::RunBytes bytes;
-    for (std::size_t k = 0; k + 1 < core::TokenCount(tokens); ++k)
-        bytes.push_back(core::ByteOfToken(tokens, k));
-    return bytes;
+    return core::EncodePeriods(std::string_view(recording).substr(44), yield).runBytes;
 }
 
 const machine::SampleRate& Rate(std::uint32_t hertz)

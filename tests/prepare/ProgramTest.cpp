@@ -1,5 +1,4 @@
 #include "support/Program.h"
-#include "core/HexTokenText.h"
 #include "core/PeriodEncoder.h"
 #include "core/WaveAcceptance.h"
 #include "machine/Timing.h"
@@ -95,10 +94,7 @@ TEST_F(PrepareProgram, MakesWhatTheOptionsSayAndTellsTheTruthAboutIt)
         EXPECT_FALSE(core::RefusalOf(fields));
         EXPECT_EQ(fields.sampleRate, hertz);
         core::BackgroundTask yield([] {});
-        const auto tokens = core::EncodePeriods(core::SampleBytes(wave), nullptr, yield);
-        machine::RunBytes runBytes;
-        for (std::size_t k = 0; k + 1 < core::TokenCount(tokens); ++k)
-            runBytes.push_back(core::ByteOfToken(tokens, k));
+        const auto runBytes = core::EncodePeriods(core::SampleBytes(wave), yield).runBytes;
         EXPECT_NEAR(machine::SecondsOf(runBytes, {*machine::RateOfHertz(hertz), machine}), seconds, 0.05);
         EXPECT_NEAR(std::stod(Told("seconds")), seconds, 0.05);
         const auto count = static_cast<int>(runBytes.size()) + 1;

@@ -1,4 +1,5 @@
 #include "support/Program.h"
+#include "core/SoundFileImage.h"
 
 namespace {
 
@@ -6,9 +7,11 @@ class PreviewProgram : public Program {
 protected:
     PreviewProgram() : Program(PREVIEW_PROGRAM)
     {
-        std::ofstream(folder / "files/SOUND.bin", std::ios::binary) << kFileHeader + kPlayer + kRunBytes;
-        std::ofstream(folder / "files/long.bin", std::ios::binary) << PokEmulFile(6, std::string(200, '\xFE'));
-        std::ofstream(folder / "files/silent.bin", std::ios::binary) << PokEmulFile(6, "");
+        core::SoundFile sound{{}, *machine::RateOfHertz(6000), U"", {}};
+        std::ofstream(folder / "files/SOUND.bin", std::ios::binary) << kSoundFile;
+        std::ofstream(folder / "files/silent.bin", std::ios::binary) << core::SoundFileImage(sound);
+        sound.runBytes.assign(200, machine::kStaysHigh);
+        std::ofstream(folder / "files/long.bin", std::ios::binary) << core::SoundFileImage(sound);
         Shell("echo old >old.wav; ln SOUND.bin hard.bin; ln -s SOUND.bin soft.bin; "
               "ln -s old.wav link.wav; mkfifo pipe; truncate -s 5G giant");
     }

@@ -86,13 +86,14 @@ TEST(Report, TellsWhatTheMachineWillPlay)
                                "shortest period: 5 samples, -11.95 %, -220 cents\n"
                                "longest period: 8 samples, -9.86 %, -180 cents\n");
     // A title with controls, umlauts and a zero amid it; a clock at which 8 samples last as long as in the recording.
-    EXPECT_EQ(report(With(PokEmulFile('\x08', Bytes("08 fe 00")), 89, Bytes("1b 5b 00 e4 9b 7f ff")),
+    const std::u32string title(U"\x1B[\0\u00E4\x9B\x7F\u00FFv", 8);
+    EXPECT_EQ(report(core::SoundFileImage({{}, *machine::RateOfHertz(8000), title, {8, 254, 0}}),
                      {.clock = 3'396'000, .waits = 0}),
               "target: PokEmul\ntitle: ?[?\xC3\xA4??\xC3\xBFv\nsample rate: 8000 Hz\n"
               "periods: 2\nseconds: 0.063\npitch: -47.96 %, -1131 cents\n"
               "shortest period: 8 samples, +0.00 %, +0 cents\nlongest period: 254 samples, -48.74 %, -1157 cents\n");
-    EXPECT_EQ(report(PokEmulFile('\x06', "")),
-              "target: PokEmul\ntitle: tone.wav\nsample rate: 6000 Hz\nperiods: 0\nseconds: 0.000\n"
+    EXPECT_EQ(report(core::SoundFileImage({{}, *machine::RateOfHertz(6000), U"", {}})),
+              "target: PokEmul\ntitle: \nsample rate: 6000 Hz\nperiods: 0\nseconds: 0.000\n"
               "pitch: none\nshortest period: none\nlongest period: none\n"
               "warning: there is no period in it; the machine plays nothing\n");
     EXPECT_THAT(report(At("\xC5\xC0")),

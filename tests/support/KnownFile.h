@@ -1,4 +1,4 @@
-// KnownFile.h: a sound file whose every byte is known, and what reads and makes such files.
+// KnownFile.h: a sound file whose every byte is known, and what reads such files.
 #pragma once
 
 #include <filesystem>
@@ -34,11 +34,3 @@ inline const std::string kSoundFile = Bytes(SOUND_BIN);
 inline const std::string kFileHeader = kSoundFile.substr(0, 16);
 inline const std::string kPlayer = kSoundFile.substr(16, 115);
 inline const std::string kRunBytes = kSoundFile.substr(131); // and the two zeros
-
-/// A PokEmul file: the known player with another rate byte, the run bytes, the end mark, two zeros.
-inline std::string PokEmulFile(char rateByte, const std::string& runBytes)
-{
-    auto player = kPlayer;
-    player[73] = rateByte;
-    return player + runBytes + std::string("\xFF\0\0", 3);
-}
