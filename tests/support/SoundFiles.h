@@ -28,9 +28,10 @@ struct Tone {
     int rate = 48000; // which Opus knows, too
     int channels = 1;
     double seconds = 1;
+    std::size_t channel = 0; // that it is on
 };
 
-/// 440 Hz in the first second and 880 Hz behind it, at half of full scale, on the first channel. Gives `file` back.
+/// 440 Hz in the first second and 880 Hz behind it, at half of full scale, on one channel. Gives `file` back.
 inline std::filesystem::path WriteTone(const std::filesystem::path& file, int format, const Tone& tone)
 {
     SF_INFO info{.frames = 0,
@@ -43,7 +44,7 @@ inline std::filesystem::path WriteTone(const std::filesystem::path& file, int fo
     std::vector<float> frame(static_cast<std::size_t>(tone.channels));
     for (int k = 0; k < static_cast<int>(tone.seconds * tone.rate); ++k) {
         const double pitch = k < tone.rate ? 440 : 880;
-        frame[0] = static_cast<float>(std::sin(2 * std::numbers::pi * pitch * k / tone.rate) / 2);
+        frame[tone.channel] = static_cast<float>(std::sin(2 * std::numbers::pi * pitch * k / tone.rate) / 2);
         sf_writef_float(sound, frame.data(), 1);
     }
     sf_close(sound);
