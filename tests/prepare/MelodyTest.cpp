@@ -1,6 +1,5 @@
 // Tones made here, and what the machine's port plays of them, by the times that it takes.
-#include "prepare/Melody.h"
-#include "sound/Sound.h"
+#include "support/PrepareSound.h"
 
 #include <gtest/gtest.h>
 
@@ -44,16 +43,10 @@ sound::Samples Plucked(const std::vector<Note>& notes, double vibrato = 0)
     return sound;
 }
 
-machine::Playback At(std::uint32_t hertz, machine::Machine machine = {})
-{
-    return {*machine::RateOfHertz(hertz), machine};
-}
-
 machine::RunBytes Melody(const sound::Samples& sound, const machine::Playback& playback,
                          std::size_t mostRunBytes = 100'000)
 {
-    const core::Progress progress([](double /*done*/) { return true; });
-    return MelodyPeriods(sound, {playback, mostRunBytes}, progress).runBytes;
+    return RunBytesFor(Kind::Music, sound, playback, mostRunBytes);
 }
 
 /// Periods of the port from one time to another; a byte 254, which is silence, is none.
@@ -166,14 +159,8 @@ TEST(Melody, KeepsTheBeginningsOfNotesWhereItIsTooLong)
     EXPECT_GT(shorter.size(), 450U);
     EXPECT_NEAR(Cents(HeardWithin(shorter, At(8000), 1.06, 1.25).hertz, 550), 0, 8);
     EXPECT_EQ(HeardWithin(shorter, At(8000), 0.36, 0.46).periods, 0);
-    EXPECT_NEAR(static_cast<double>(Melody(sound, At(8000), 300).size()), 330, 40); // two fifths at least
-}
-
-TEST(Melody, IsEmptyWhereNoneIsHeard)
-{
-    EXPECT_TRUE(Melody({}, At(8000)).empty());
-    EXPECT_TRUE(Melody(sound::Samples(1), At(8000)).empty());
-    EXPECT_TRUE(Melody(sound::Samples(sound::kRate), At(8000)).empty());
+    EXPECT_FALSE(Melody(sound, At(8000), 370).empty());
+    EXPECT_TRUE(Melody(sound, At(8000), 290).empty()); // two fifths at least
 }
 
 } // namespace
