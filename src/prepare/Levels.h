@@ -12,6 +12,9 @@ namespace prepare {
 using Amplitudes = std::vector<float>;
 using Powers = std::vector<float>;
 
+/// Within which a level is taken: two periods of the lowest tone that is played, or the level would follow its wave.
+inline constexpr double kMoment = 0.020; // seconds
+
 /// Where something is to be heard: one for each sample.
 using Mask = std::vector<bool>;
 
@@ -19,7 +22,7 @@ using Mask = std::vector<bool>;
 [[nodiscard]] float Quantile(std::vector<float> values, double share);
 
 /// How loud the loud moments are: 95 percent of all moments are no louder, the silent ones left out: those 50 dB below
-/// the loudest, and for powers those 25 dB below.
+/// the loudest, and for powers those 25 dB below. Measured: docs/listening.md.
 [[nodiscard]] float LoudAmplitude(const Amplitudes& moments);
 [[nodiscard]] float LoudPower(const Powers& moments);
 

@@ -39,9 +39,9 @@ sound::Samples Played(std::span<const machine::RunByte> runBytes, const machine:
 /// How many times as strong in each band as it was asked for until now the target is to be, where `played` was heard.
 void Correct(const Powers& wanted, const Powers& played, std::span<float> gains)
 {
-    constexpr float kStep = 0.25F; // of the difference, in dB, is taken at a time
-    constexpr float kMost = 2;
-    constexpr float kLeast = 1e-6F; // of a frame's power
+    constexpr float kStep = 0.25F;  // of the difference, in dB, is taken at a time
+    constexpr float kMost = 2;      // as a factor of amplitude, either way: 6 dB
+    constexpr float kLeast = 1e-6F; // of a frame's power, -60 dB: what is softer nobody hears, and 0 has no quotient
     const auto wantedSum = std::accumulate(wanted.begin(), wanted.end(), 0.0F);
     const auto playedSum = std::accumulate(played.begin(), played.end(), 0.0F);
     if (wantedSum <= 0 || playedSum <= 0) return;
@@ -74,9 +74,8 @@ void AskForMore(const Spectra& wanted, const MelBands& bands, std::span<float> g
 
 void LevelMoments(const Mask& heard, sound::Samples& target)
 {
-    constexpr double kWindow = 0.020; // seconds: within them the levels stay as they are
     constexpr double kFaintest = -40; // dB, against the loud moments: fainter ones are raised no more
-    const auto level = Envelope(target, kWindow);
+    const auto level = Envelope(target, kMoment);
     const auto faintest = LoudAmplitude(level) * AmplitudeOf(kFaintest);
     for (std::size_t i = 0; i < target.size(); ++i)
         target[i] = heard[i] ? target[i] / std::max(level[i], faintest) : 0;
@@ -93,7 +92,8 @@ sound::Samples Approach(const sound::Samples& target, const machine::Playback& p
     auto nearer = target;
     for (int left = kApproaches; left > 0; --left) {
         const auto progress = steps.Next(left - 1 + others);
-        const auto runBytes = PeriodChoice(nearer, playback, progress).AtPrice(price, progress.Stage(0, 0.7));
+        const auto choosing = progress.Stage(0, 0.7); // of the time that all takes
+        const auto runBytes = PeriodChoice(nearer, playback, progress).AtPrice(price, choosing);
         const auto rest = progress.Stage(0.7, 1);
         Spectra spectra(Played(runBytes, playback, target.size()), rest);
         gains.resize(spectra.Size() * bands.count, 1);

@@ -1,5 +1,6 @@
 // Likeness.h: a target moved towards what a square wave can do, by iterative phase projection (Griffin, Lim: Signal
 // estimation from modified short-time Fourier transform, 1984): there onto the sounds, here onto the lists of periods.
+// Bands, steps and bounds are measured: docs/listening.md.
 #pragma once
 
 #include "core/Progress.h"
@@ -10,7 +11,7 @@
 
 namespace prepare {
 
-// Where a target's levels lie. Beside the bands that carry words a square wave has next to no room.
+// Where a target's levels lie. Beside the bands that carry words a square wave has next to no room; measured.
 inline constexpr double kLowest = 100;   // Hz
 inline constexpr double kHighest = 5500; // Hz
 

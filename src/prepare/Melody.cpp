@@ -23,7 +23,7 @@ struct Note {
 /// A note ends with its sound, or where the pitch leaps.
 std::vector<Note> NotesOf(const std::vector<float>& track)
 {
-    constexpr float kLeap = 1.04F; // 68 cents within 10 ms; no vibrato is as fast
+    constexpr float kLeap = 1.04F; // 68 cents within 10 ms: no vibrato is as fast, and a semitone is more
     std::vector<Note> notes;
     for (std::size_t k = 0; k < track.size(); ++k) {
         if (track[k] == 0) continue;
@@ -69,7 +69,7 @@ public:
     [[nodiscard]] machine::RunBytes Take() { return std::move(runBytes_); }
 
 private:
-    /// In cycles: of the pitch, or of that by octaves away which a byte can hold.
+    /// In cycles: of the pitch, or of that by octaves away which a byte can hold, with a count for dither.
     [[nodiscard]] double PeriodWithinBytes(double hertz) const
     {
         double cycles = clock_ / hertz;
@@ -121,9 +121,9 @@ machine::RunBytes Play(const std::vector<float>& track, const std::vector<Note>&
 
 Periods MelodyPeriods(std::span<const float> sound, const Limits& limits, const core::Progress& progress)
 {
-    constexpr int kParts = 30;
+    constexpr int kParts = 30; // of 3 percent each, so that few of the bytes asked for stay unused
     constexpr int kFewestParts = 12;
-    const auto track = PitchTrack(sound, progress.Stage(0, 0.95));
+    const auto track = PitchTrack(sound, progress.Stage(0, 0.95)); // of the time that all takes
     const auto notes = NotesOf(track);
     if (notes.empty()) return {};
     Periods periods{.runBytes = {}, .start = SecondsOf(notes.front().first)};

@@ -3,7 +3,7 @@
 //                count or so longer or shorter, by dither, and makes up for some of what those before it are late, by
 //                error feedback (Lipshitz, Wannamaker, Vanderkooy: Quantization and dither, 1992), so that pitch and
 //                time are exact. Always the nearest count would be a pattern, and the ear takes that for a tone of its
-//                own, an octave or more below.
+//                own, an octave or more below. Measured: docs/listening.md.
 //     silence    254s, which keep the port high: whole ones, so a tone that follows may be 12 to 22 ms early or late,
 //                but none is later because of those before it
 //     too long   each note keeps its beginning only, the same part of all: down to two fifths, which still is the tune

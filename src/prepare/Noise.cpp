@@ -11,7 +11,7 @@ namespace {
 /// Of the sound that the noise is.
 float AmplitudeOfNoise(const Powers& noise)
 {
-    constexpr float kMeanSquare = 0.375F; // of a Hann window
+    constexpr float kMeanSquare = 0.375F; // of a Hann window: 3/8
     const auto power = std::accumulate(noise.begin(), noise.end(), 0.0F);
     return std::sqrt(power / (kMeanSquare * Spectra::kWindow * Spectra::kTransform / 2));
 }
@@ -19,8 +19,9 @@ float AmplitudeOfNoise(const Powers& noise)
 /// Silences what is too short for a sound and stands too much alone to be part of one: clicks.
 void TakeClicksOut(Mask& heard)
 {
-    constexpr std::ptrdiff_t kShort = sound::SamplesIn(0.060); // a click and what the windows make of it
-    constexpr std::ptrdiff_t kAlone = sound::SamplesIn(0.120);
+    constexpr std::ptrdiff_t kShort = sound::SamplesIn(0.060); // a click, as long as the windows make it
+    constexpr std::ptrdiff_t kAlone = sound::SamplesIn(0.120); // farther than a plosive is from its vowel
+
     std::optional<Mask::iterator> before; // the end of what is heard before
     for (auto first = std::find(heard.begin(), heard.end(), true); first != heard.end();) {
         const auto last = std::find(first, heard.end(), false);
@@ -41,7 +42,7 @@ Powers NoiseOf(const Spectra& spectra, const core::Progress& progress)
 {
     constexpr double kPauses = 0.12;  // of all frames: the softest
     constexpr float kSofter = 0.25F;  // of the loud frames' power at most, or there are no pauses
-    constexpr double kAboveHum = 250; // Hz
+    constexpr double kAboveHum = 250; // Hz: mains hum and its strong partials lie lower
     const MelBands judged(1, kAboveHum, sound::kRate);
     Powers powers;
     for (std::size_t frame = 0; frame < spectra.Size() && progress.GoesOn(); ++frame)
@@ -75,10 +76,9 @@ void TakeOut(const Powers& noise, Spectra& spectra, const core::Progress& progre
 
 Mask Heard(const sound::Samples& sound, const Powers& noise)
 {
-    constexpr double kWindow = 0.020; // seconds
-    constexpr double kSilent = -40;   // dB, against the loud moments
-    constexpr double kNoise = -3;     // dB, against what the noise was
-    const auto level = Envelope(sound, kWindow);
+    constexpr double kSilent = -40; // dB, against the loud moments
+    constexpr double kNoise = -3;   // dB, against what the noise was
+    const auto level = Envelope(sound, kMoment);
     const auto least =
         std::max(LoudAmplitude(level) * AmplitudeOf(kSilent), AmplitudeOfNoise(noise) * AmplitudeOf(kNoise));
     Mask heard(level.size());

@@ -1,5 +1,6 @@
 // Noise.h: noise and hum taken out by spectral subtraction, with oversubtraction and a floor (Berouti, Schwartz,
 // Makhoul: Enhancement of speech corrupted by acoustic noise, 1979), and where a recording is silent but for them.
+// Shares, floors and thresholds are measured: docs/listening.md.
 #pragma once
 
 #include "prepare/Levels.h"

@@ -12,12 +12,13 @@
 namespace prepare {
 namespace {
 
-constexpr std::size_t kWindow = 2048;    // samples
+constexpr std::size_t kWindow = 2048;    // samples; measured: docs/listening.md
 constexpr std::size_t kTransform = 4096; // the window and as many zeros, so that a peak has three lines at least
 constexpr float kLineHertz = static_cast<float>(sound::kRate) / kTransform;
-constexpr auto kFirstLine = static_cast<std::size_t>(70 / kLineHertz);
-constexpr auto kLastLine = static_cast<std::size_t>(5200 / kLineHertz);
-constexpr std::size_t kNeighbours = 16; // on each side, 86 Hz: about the distance of the lowest pitch's partials
+constexpr auto kFirstLine = static_cast<std::size_t>(70 / kLineHertz);  // two lines below the lowest pitch
+constexpr auto kLastLine = static_cast<std::size_t>(5200 / kLineHertz); // measured, too
+// On each side, 86 Hz: about the distance of the lowest pitch's partials; measured, too.
+constexpr std::size_t kNeighbours = 16;
 
 } // namespace
 
@@ -61,6 +62,7 @@ std::vector<Peak> PeakFinder::PeaksAt(std::span<const float> sound, std::size_t 
         const float mean = sum / static_cast<float>(2 * kNeighbours + 1);
         if (here <= below || here < above || here <= mean) continue;
         // The top of the parabola through the three lines' logarithms: a Hann window's peak is nearly one.
+        // 1e-9 since 0 has no logarithm.
         const float a = std::log(below + 1e-9F), b = std::log(here + 1e-9F), c = std::log(above + 1e-9F);
         const float offset = std::clamp(0.5F * (a - c) / (a - 2 * b + c), -0.5F, 0.5F);
         peaks.push_back({(static_cast<float>(k) + offset) * kLineHertz, std::sqrt(here - mean)});

@@ -1,5 +1,5 @@
-// Peaks.h: the peaks of a sound's spectra, the partials of its tones among them, each interpolated by a parabola through
-// logarithms (Smith, Serra: PARSHL, 1987).
+// Peaks.h: the peaks of a sound's spectra, the partials of its tones among them, each interpolated by a parabola
+// through logarithms (Smith, Serra: PARSHL, 1987).
 #pragma once
 
 #include "sound/Sound.h"

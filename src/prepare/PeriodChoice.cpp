@@ -10,15 +10,19 @@ namespace {
 
 constexpr double kLongestPeriod = 0.010; // seconds; no band of a target lies lower
 constexpr double kDeepSilence = 0.030;   // seconds from what is to be heard
-constexpr float kSilenceCost = 0.1F;     // of a millisecond of it that is spent in periods
+
+// Of a millisecond of deep silence that is spent in periods: on a machine of 10 MHz the longest period takes as long as
+// a 254, and pauses would be filled with either. Measured, as all numbers here that don't follow from others:
+// docs/listening.md.
+constexpr float kSilenceCost = 0.1F;
 
 /// What stands in `from_`: the byte that leads to a place, and how many cycles its end lies behind the place's start.
 constexpr std::int32_t kByteBits = 8;
 constexpr std::int32_t kByteMask = (1 << kByteBits) - 1;
 
-constexpr float kNever = -1e30F;
+constexpr float kNever = -1e30F; // less than any sum of scores
 
-constexpr std::size_t kColumnsPerLook = 2048; // at whether to go on
+constexpr std::size_t kColumnsPerLook = 2048; // at whether to go on: a few ms of work
 
 /// The sum of the first i samples, in ms times level, and at every second place what their silence costs.
 struct Integrals {
@@ -180,8 +184,9 @@ FittedPeriods FitPeriods(std::span<const float> target, const machine::Playback&
                          std::size_t mostBytes, core::Steps& steps, int others)
 {
     constexpr int kTries = 7;
-    constexpr int kMostlyTries = 3; // until it is full
-    constexpr double kFull = 0.985; // of the bytes asked for is as good as all
+    constexpr int kMostlyTries = 3;  // until it is full; what progress is told by
+    constexpr double kFull = 0.985;  // of the bytes asked for is as good as all
+    constexpr double kInside = 0.02; // of the way: the ends themselves have been tried
     const auto most = static_cast<double>(mostBytes);
     const auto first = steps.Next(others);
     PeriodChoice choice(target, playback, first);
@@ -195,7 +200,7 @@ FittedPeriods FitPeriods(std::span<const float> target, const machine::Playback&
         const auto wanted = (1 + kFull) / 2 * most;
         const auto above = static_cast<double>(tooLong.runBytes.size());
         const auto below = static_cast<double>(fit.runBytes.size());
-        const auto share = static_cast<float>(std::clamp((above - wanted) / (above - below), 0.02, 0.98));
+        const auto share = static_cast<float>(std::clamp((above - wanted) / (above - below), kInside, 1 - kInside));
         const auto price = tooLong.price * std::pow(fit.price / tooLong.price, share);
         const auto progress = steps.Next(std::max(0, kMostlyTries - tries - 1) + 2 * others);
         FittedPeriods tried{.runBytes = choice.AtPrice(price, progress), .price = price};

@@ -1,7 +1,7 @@
-// PeriodChoice.h: the run bytes whose square wave, as the machine plays it, is most like a target: a Viterbi search over
-// the machine's clock (Forney: The Viterbi algorithm, 1973), in which the price of a byte is a Lagrange multiplier
+// PeriodChoice.h: the run bytes whose square wave, as the machine plays it, is most like a target: a Viterbi search
+// over the machine's clock (Forney: The Viterbi algorithm, 1973), in which the price of a byte is a Lagrange multiplier
 // (Shoham, Gersho: Efficient bit allocation for an arbitrary set of quantizers, 1988).
-//     target   at sound::kRate. Its level says how much each moment counts; where it is 0 for long nothing is to be heard
+//     target   at sound::kRate. Its level says how much each moment counts; where it is 0 for long nothing is heard
 //     score    of a period: the target's integral over the high half less that over the low one, in ms, less the price
 //              of a byte. So a level of 1 that is met throughout earns 1 a millisecond.
 //     254      keeps the port high and so is silence: it scores 0, less its price
@@ -31,8 +31,9 @@ private:
     static constexpr std::size_t kPlaces = 4; // of the target's integral within a delay step
     static constexpr std::size_t kStarts = 2; // of a period, that are told apart within two delay steps
 
-    /// Of a table: two delay steps each, up to the end, and as far behind it as a byte can lead.
-    [[nodiscard]] std::size_t Columns() const { return steps_ + 258; }
+    /// Of a table: two delay steps each, up to the end, and as far behind it as a byte can lead: what 254 takes on top
+    /// of its steps is less than one of them.
+    [[nodiscard]] std::size_t Columns() const { return steps_ + machine::kStaysHigh + 1; }
     [[nodiscard]] static std::size_t IndexOf(std::int64_t time, std::int64_t unit, std::size_t rows,
                                              std::size_t columns);
     [[nodiscard]] std::size_t StateOf(std::int64_t time) const;

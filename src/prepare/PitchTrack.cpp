@@ -15,9 +15,11 @@ namespace {
 
 constexpr int kPartials = 10;
 constexpr float kPartialWeight = 0.75F; // of each partial beside the one below it
-constexpr float kLowestPitch = 80;      // Hz
-constexpr float kPitchesPerOctave = 60; // 20 cents each
-constexpr std::size_t kPitches = 330;   // up to 3520 Hz
+constexpr float kLowestPitch = 80;      // Hz: a guitar's lowest string, a low man's voice
+constexpr float kPitchesPerOctave = 60; // 20 cents each; the partials then tell it exactly
+constexpr std::size_t kPitches = 330;   // up to 3520 Hz; no tune goes higher
+
+constexpr float kNotZero = 1e-9F; // far below each strength and level, for quotients
 
 using Saliences = std::array<float, kPitches>;
 
@@ -63,7 +65,7 @@ public:
     {
         constexpr float kStepPrice = 0.05F;
         constexpr float kJumpPrice = 0.3F;
-        constexpr std::size_t kSteps = 3;
+        constexpr std::size_t kSteps = 3; // 60 cents in 10 ms
         const auto best = Strongest();
         Saliences next;
         auto& from = from_.emplace_back();
@@ -123,7 +125,7 @@ struct Tone {
 Tone ToneNear(std::size_t step, const std::vector<Peak>& peaks)
 {
     constexpr int kTruePartials = 4;
-    constexpr float kReach = 2; // steps
+    constexpr float kReach = 2; // steps: less than half a semitone
     const auto pitch = static_cast<float>(step);
     float power = 0;
     float offsets = 0; // weighted by power
@@ -143,10 +145,10 @@ Tone ToneNear(std::size_t step, const std::vector<Peak>& peaks)
 /// How many times as loud a sound gets around a moment, within 20 ms.
 float RiseAt(const Amplitudes& levels, std::size_t k)
 {
-    constexpr std::size_t kReach = 3;
+    constexpr std::size_t kReach = 3; // pitches
     float rise = 0;
     for (auto i = k - kReach; i <= k + kReach; ++i)
-        rise = std::max(rise, levels[i + 1] / (levels[i - 1] + 1e-9F));
+        rise = std::max(rise, levels[i + 1] / (levels[i - 1] + kNotZero));
     return rise;
 }
 
@@ -156,23 +158,23 @@ void ArticulateStrikes(std::vector<float>& track, const std::vector<Tone>& tones
 {
     constexpr float kPartialsRise = 1.3F;
     constexpr float kLevelRise = 1.75F;
-    constexpr std::size_t kReach = 3; // pitches: 30 ms, a byte of silence at each rate
-    constexpr float kSamePitch = 1.04F;
+    constexpr std::size_t kGap = 3;     // pitches: 30 ms, a byte of silence at each rate
+    constexpr float kSamePitch = 1.04F; // less than a semitone
     std::vector<float> rises(tones.size());
-    for (auto k = 2 * kReach; k + 2 * kReach < tones.size(); ++k) {
-        const auto before = tones[k - 2 * kReach].hertz;
-        const auto behind = tones[k + kReach].hertz;
+    for (auto k = 2 * kGap; k + 2 * kGap < tones.size(); ++k) {
+        const auto before = tones[k - 2 * kGap].hertz;
+        const auto behind = tones[k + kGap].hertz;
         if (before == 0 || behind == 0 || std::max(before, behind) > kSamePitch * std::min(before, behind)) continue;
         float least = tones[k].strength;
-        for (auto i = k - kReach; i < k; ++i)
+        for (auto i = k - kGap; i < k; ++i)
             least = std::min(least, tones[i].strength);
-        const float rise = tones[k + kReach].strength / (least + 1e-9F);
+        const float rise = tones[k + kGap].strength / (least + kNotZero);
         if (rise > kPartialsRise && RiseAt(levels, k) > kLevelRise) rises[k] = rise;
     }
-    for (auto k = kReach; k + kReach < tones.size(); ++k) {
-        const auto around = std::span(rises).subspan(k - kReach, 2 * kReach + 1);
-        if (rises[k] == 0 || std::max_element(around.begin(), around.end()) - around.begin() != kReach) continue;
-        std::fill_n(&track[k - kReach], kReach, 0.0F);
+    for (auto k = kGap; k + kGap < tones.size(); ++k) {
+        const auto around = std::span(rises).subspan(k - kGap, 2 * kGap + 1);
+        if (rises[k] == 0 || std::max_element(around.begin(), around.end()) - around.begin() != kGap) continue;
+        std::fill_n(&track[k - kGap], kGap, 0.0F);
     }
 }
 
@@ -180,8 +182,10 @@ void ArticulateStrikes(std::vector<float>& track, const std::vector<Tone>& tones
 
 std::vector<float> PitchTrack(std::span<const float> sound, const core::Progress& progress)
 {
-    const auto levels = LevelsOf(sound, 0.06);
-    const float softest = LoudAmplitude(levels) * AmplitudeOf(-35);
+    constexpr double kSteady = 0.060; // seconds: a note's level without its beats
+    constexpr double kSoftest = -35;  // dB, against the loud moments
+    const auto levels = LevelsOf(sound, kSteady);
+    const float softest = LoudAmplitude(levels) * AmplitudeOf(kSoftest);
     PeakFinder finder;
     std::vector<std::vector<Peak>> spectra;
     Path path;
@@ -191,7 +195,7 @@ std::vector<float> PitchTrack(std::span<const float> sound, const core::Progress
         Saliences saliences{};
         for (const auto& peak : peaks)
             AddPeak(peak, saliences);
-        const float most = *std::ranges::max_element(saliences) + 1e-9F;
+        const float most = *std::ranges::max_element(saliences) + kNotZero;
         for (auto& salience : saliences)
             salience /= most;
         path.Add(saliences);
@@ -204,7 +208,7 @@ std::vector<float> PitchTrack(std::span<const float> sound, const core::Progress
         tones[k] = ToneNear(best[k], spectra[k]);
         track[k] = tones[k].hertz;
     }
-    ArticulateStrikes(track, tones, LevelsOf(sound, 0.02));
+    ArticulateStrikes(track, tones, LevelsOf(sound, kMoment));
     return track;
 }
 

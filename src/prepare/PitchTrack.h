@@ -6,6 +6,7 @@
 //     track     the path through these that is strongest in all, where a jump has its price: a Viterbi search
 // Of several voices the strongest is followed. Where the sound is soft beside its loud parts, or has no partials, the
 // track is silent, and for a moment where the same pitch is struck anew, so that it is heard as two notes.
+// Weights, prices, reaches and thresholds are measured: docs/listening.md.
 #pragma once
 
 #include "core/Progress.h"
@@ -16,7 +17,7 @@
 
 namespace prepare {
 
-inline constexpr std::size_t kPitchHop = 220; // samples of the sound from one pitch to the next
+inline constexpr std::size_t kPitchHop = 220; // samples of the sound from one pitch to the next: 10 ms
 
 /// In Hz, 0 where silent: one at every kPitchHop samples, from the first sample on.
 [[nodiscard]] std::vector<float> PitchTrack(std::span<const float> sound, const core::Progress& progress);

@@ -1,5 +1,5 @@
-// Prepare.h: a sound made the list of run bytes that sounds most like it on the machine: a job in, a result or a refusal
-// out. Whoever asks reads the sound before (sound/ReadSound.h), and may write a recording behind
+// Prepare.h: a sound made the list of run bytes that sounds most like it on the machine: a job in, a result or a
+// refusal out. Whoever asks reads the sound before (sound/ReadSound.h), and may write a recording behind
 // (core/RecordingBytes.h).
 #pragma once
 

@@ -23,7 +23,7 @@ std::array<float, Spectra::kWindow> HannWindow()
 
 double MelOf(double hertz)
 {
-    return std::log(1 + hertz / 700);
+    return std::log(1 + hertz / 700); // Hz, by the scale; its factor is left out
 }
 
 } // namespace

@@ -16,7 +16,7 @@ namespace prepare {
 /// Hann windows of 23 ms, one every 12 ms. They add up to 1, so that gains of 1 give the sound back.
 class Spectra {
 public:
-    static constexpr std::size_t kWindow = 512; // samples
+    static constexpr std::size_t kWindow = 512; // samples; measured: docs/listening.md
     static constexpr std::size_t kHop = kWindow / 2;
     static constexpr std::size_t kTransform = 2 * kWindow; // room for what a gain spreads in time
     static constexpr std::size_t kBins = kTransform / 2 + 1;

@@ -13,7 +13,8 @@
 namespace prepare {
 namespace {
 
-/// Gains that make all bands equally loud, each by its level in its loud moments.
+/// Gains that make all bands equally loud, each by its level in its loud moments. Their number is measured:
+/// docs/listening.md.
 Spectra::Gains LevellingGains(const Spectra& spectra, const core::Progress& progress)
 {
     const MelBands bands(15, kLowest, kHighest);
@@ -78,8 +79,10 @@ Target TargetOf(std::span<const float> sound, Bands bands, const core::Progress&
 
 Periods PeriodsOf(std::span<const float> sound, Bands bands, const Limits& limits, const core::Progress& progress)
 {
+    // A level of 1 earns a period at most about 1 a millisecond: at the most price none above 500 Hz is worth a byte,
+    // which is no word any more. The least is measured: docs/listening.md.
     constexpr Prices kPrices{.least = 0.09F, .most = 2.0F};
-    const auto target = TargetOf(sound, bands, progress.Stage(0, 0.1));
+    const auto target = TargetOf(sound, bands, progress.Stage(0, 0.1)); // of the time that all takes
     core::Steps steps(progress.Stage(0.1, 1));
     const auto& playback = limits.playback;
     auto fit = FitPeriods(target.sound, playback, kPrices, limits.runBytes, steps, kApproaches + 1);
