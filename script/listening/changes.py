@@ -56,7 +56,7 @@ ROWS = [
     ("lowest, Hz", "Likeness.h", "kLowest = 100", ["kLowest = 50", "kLowest = 200"], "speech"),
     ("highest, Hz", "Likeness.h", "kHighest = 5500", ["kHighest = 4000", "kHighest = 8000"], "speech"),
     ("levelled bands", "SpeechTarget.cpp", "bands(15,", ["bands(8,", "bands(30,"], "speech"),
-    ("least price", "SpeechTarget.cpp", ".least = 0.09F", [".least = 0.045F", ".least = 0.18F"], "speech"),
+    ("least price", "SpeechTarget.cpp", ".least = 0.085F", [".least = 0.0425F", ".least = 0.17F"], "speech"),
     ("approaches", "Likeness.h", "kApproaches = 3", ["kApproaches = 1", "kApproaches = 6"], "speech"),
     ("its bands", "Likeness.cpp", "bands(20,", ["bands(10,", "bands(40,"], "speech"),
     ("its step", "Likeness.cpp", "kStep = 0.25F", ["kStep = 0", "kStep = 0.5F"], "speech"),
@@ -94,7 +94,7 @@ ROWS = [
     ("rise of partials", "PitchTrack.cpp", "kPartialsRise = 1.3F", ["kPartialsRise = 1", "kPartialsRise = 1.6F"],
      "tunes"),
     ("rise of level", "PitchTrack.cpp", "kLevelRise = 1.75F", ["kLevelRise = 1.3F", "kLevelRise = 2.5F"], "tunes"),
-    ("gap of a strike", "PitchTrack.cpp", "kGap = 3;", ["kGap = 2;"], "tunes"),
+    ("gap of a strike", "PitchTrack.h", "kPitchGap = 3;", ["kPitchGap = 2;"], "tunes"),
     ("the same pitch", "PitchTrack.cpp", "kSamePitch = 1.04F", ["kSamePitch = 1.08F"], "tunes"),
 ]
 

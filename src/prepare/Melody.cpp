@@ -59,14 +59,22 @@ public:
         }
     }
 
-    void Silence(double until)
+    /// Writes silence up to a time, in seconds: so many bytes at least.
+    void Silence(double until, int least)
     {
-        for (; written_ + silenceCycles_ / 2 < until * clock_; written_ += silenceCycles_)
+        for (; least > 0 || written_ + silenceCycles_ / 2 < until * clock_; --least) {
             runBytes_.push_back(machine::kStaysHigh);
+            written_ += silenceCycles_;
+        }
         due_ = written_;
     }
 
-    [[nodiscard]] machine::RunBytes Take() { return std::move(runBytes_); }
+    [[nodiscard]] machine::RunBytes Take()
+    {
+        while (!runBytes_.empty() && runBytes_.back() == machine::kStaysHigh) // a note that is too short for a period
+            runBytes_.pop_back();
+        return std::move(runBytes_);
+    }
 
 private:
     /// In cycles: of the pitch, or of that by octaves away which a byte can hold, with a count for dither.
@@ -108,11 +116,14 @@ machine::RunBytes Play(const std::vector<float>& track, const std::vector<Note>&
                        const machine::Playback& playback)
 {
     PeriodWriter writer(playback);
+    auto end = notes.front().first; // of what has been written
     for (const auto& [first, last] : notes) {
-        writer.Silence(SecondsOf(first - notes.front().first));
+        // However long a 254 is on this machine, a gap between two notes is heard.
+        writer.Silence(SecondsOf(first - notes.front().first), first - end >= kPitchGap ? 1 : 0);
         const auto kept = static_cast<std::size_t>(std::ceil(static_cast<double>(last - first) * part));
         for (auto k = first; k < first + kept; ++k)
             writer.Tone(track[k], SecondsOf(k + 1 - notes.front().first));
+        end = first + kept;
     }
     return writer.Take();
 }

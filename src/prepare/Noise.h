@@ -14,7 +14,9 @@ namespace prepare {
 /// Takes so much out of each bin.
 void TakeOut(const Powers& noise, Spectra& spectra, const core::Progress& progress);
 
+enum class Clicks { Kept, TakenOut };
+
 /// Where something is to be heard in `sound`, whose `noise` has been taken out.
-[[nodiscard]] Mask Heard(const sound::Samples& sound, const Powers& noise);
+[[nodiscard]] Mask Heard(const sound::Samples& sound, const Powers& noise, Clicks clicks);
 
 } // namespace prepare

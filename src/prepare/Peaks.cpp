@@ -64,7 +64,8 @@ std::vector<Peak> PeakFinder::PeaksAt(std::span<const float> sound, std::size_t 
         // The top of the parabola through the three lines' logarithms: a Hann window's peak is nearly one.
         // 1e-9 since 0 has no logarithm.
         const float a = std::log(below + 1e-9F), b = std::log(here + 1e-9F), c = std::log(above + 1e-9F);
-        const float offset = std::clamp(0.5F * (a - c) / (a - 2 * b + c), -0.5F, 0.5F);
+        const float bend = a - 2 * b + c; // 0 where all three are next to nothing
+        const float offset = bend < 0 ? std::clamp(0.5F * (a - c) / bend, -0.5F, 0.5F) : 0;
         peaks.push_back({(static_cast<float>(k) + offset) * kLineHertz, std::sqrt(here - mean)});
     }
     return peaks;

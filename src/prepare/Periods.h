@@ -13,6 +13,9 @@ struct Limits {
     std::size_t runBytes; // that there is room for, without the end mark
 };
 
+/// What becomes of noise that goes through the whole sound.
+enum class Noise { TakenOut, Kept };
+
 /// Empty where nothing is to be heard.
 struct Periods {
     machine::RunBytes runBytes;

@@ -158,23 +158,22 @@ void ArticulateStrikes(std::vector<float>& track, const std::vector<Tone>& tones
 {
     constexpr float kPartialsRise = 1.3F;
     constexpr float kLevelRise = 1.75F;
-    constexpr std::size_t kGap = 3;     // pitches: 30 ms, a byte of silence at each rate
     constexpr float kSamePitch = 1.04F; // less than a semitone
     std::vector<float> rises(tones.size());
-    for (auto k = 2 * kGap; k + 2 * kGap < tones.size(); ++k) {
-        const auto before = tones[k - 2 * kGap].hertz;
-        const auto behind = tones[k + kGap].hertz;
+    for (auto k = 2 * kPitchGap; k + 2 * kPitchGap < tones.size(); ++k) {
+        const auto before = tones[k - 2 * kPitchGap].hertz;
+        const auto behind = tones[k + kPitchGap].hertz;
         if (before == 0 || behind == 0 || std::max(before, behind) > kSamePitch * std::min(before, behind)) continue;
         float least = tones[k].strength;
-        for (auto i = k - kGap; i < k; ++i)
+        for (auto i = k - kPitchGap; i < k; ++i)
             least = std::min(least, tones[i].strength);
-        const float rise = tones[k + kGap].strength / (least + kNotZero);
+        const float rise = tones[k + kPitchGap].strength / (least + kNotZero);
         if (rise > kPartialsRise && RiseAt(levels, k) > kLevelRise) rises[k] = rise;
     }
-    for (auto k = kGap; k + kGap < tones.size(); ++k) {
-        const auto around = std::span(rises).subspan(k - kGap, 2 * kGap + 1);
-        if (rises[k] == 0 || std::max_element(around.begin(), around.end()) - around.begin() != kGap) continue;
-        std::fill_n(&track[k - kGap], kGap, 0.0F);
+    for (auto k = kPitchGap; k + kPitchGap < tones.size(); ++k) {
+        const auto around = std::span(rises).subspan(k - kPitchGap, 2 * kPitchGap + 1);
+        if (rises[k] == 0 || std::max_element(around.begin(), around.end()) - around.begin() != kPitchGap) continue;
+        std::fill_n(&track[k - kPitchGap], kPitchGap, 0.0F);
     }
 }
 

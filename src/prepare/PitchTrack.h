@@ -19,6 +19,8 @@ namespace prepare {
 
 inline constexpr std::size_t kPitchHop = 220; // samples of the sound from one pitch to the next: 10 ms
 
+inline constexpr std::size_t kPitchGap = 3; // silent pitches between two notes of the same pitch: 30 ms
+
 /// In Hz, 0 where silent: one at every kPitchHop samples, from the first sample on.
 [[nodiscard]] std::vector<float> PitchTrack(std::span<const float> sound, const core::Progress& progress);
 

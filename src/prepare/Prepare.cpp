@@ -14,9 +14,9 @@ Periods PeriodsFor(const Job& job, const core::Progress& progress)
 {
     const auto& sound = job.recording.samples;
     switch (job.kind) {
-    case Kind::Speech: return SpeechPeriods(sound, job.limits, progress);
+    case Kind::Speech: return SpeechPeriods(sound, job.noise, job.limits, progress);
     case Kind::Music: return MelodyPeriods(sound, job.limits, progress);
-    case Kind::AnySound: return SoundPeriods(sound, job.limits, progress);
+    case Kind::AnySound: return SoundPeriods(sound, job.noise, job.limits, progress);
     }
     return {};
 }

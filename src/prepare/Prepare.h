@@ -36,6 +36,7 @@ static_assert(NameOf(static_cast<Kind>(kKinds.size())).empty(), "kKinds lacks on
 struct Job {
     sound::Recording recording;
     Kind kind = Kind::Speech;
+    Noise noise = Noise::TakenOut; // of a melody it always is
     Limits limits;
 };
 

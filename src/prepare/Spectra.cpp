@@ -33,6 +33,11 @@ double Spectra::HertzOf(std::size_t bin)
     return static_cast<double>(bin) * sound::kRate / kTransform;
 }
 
+std::size_t Spectra::BinFrom(double hertz)
+{
+    return static_cast<std::size_t>(std::ceil(hertz * kTransform / sound::kRate));
+}
+
 Spectra::Spectra(std::span<const float> sound, const core::Progress& progress)
     : samples_(sound.size()),
       bins_((sound.size() / kHop + 2) * kBins)

@@ -25,6 +25,8 @@ public:
     using Gains = std::vector<float>; // one for each bin
 
     [[nodiscard]] static double HertzOf(std::size_t bin);
+    /// The first that lies as high.
+    [[nodiscard]] static std::size_t BinFrom(double hertz);
 
     Spectra(std::span<const float> sound, const core::Progress& progress);
 

@@ -61,47 +61,48 @@ Target Trimmed(const sound::Samples& target)
 
 enum class Bands { AsTheyAre, Levelled };
 
-Target TargetOf(std::span<const float> sound, Bands bands, const core::Progress& progress)
+Target TargetOf(std::span<const float> sound, Bands bands, Noise whatOfNoise, const core::Progress& progress)
 {
     Spectra spectra(sound, progress);
-    auto noise = NoiseOf(spectra, progress);
+    auto noise = whatOfNoise == Noise::TakenOut ? NoiseOf(spectra, progress) : Powers(Spectra::kBins);
     TakeOut(noise, spectra, progress);
     const auto audible = GainsBetween(kLowest, sound::kRate);
     std::ranges::transform(noise, audible, noise.begin(), std::multiplies());
     const auto gains = bands == Bands::Levelled ? LevellingGains(spectra, progress) : GainsBetween(kLowest, kHighest);
     auto [plain, target] = spectra.Sounds(audible, gains, progress);
-    const auto heard = Heard(plain, noise);
+    const auto heard = Heard(plain, noise, bands == Bands::Levelled ? Clicks::TakenOut : Clicks::Kept);
     if (!progress.GoesOn()) return {};
     LevelMoments(heard, target);
     if (!progress.GoesOn()) return {};
     return Trimmed(target);
 }
 
-Periods PeriodsOf(std::span<const float> sound, Bands bands, const Limits& limits, const core::Progress& progress)
+Periods PeriodsOf(std::span<const float> sound, Bands bands, Noise noise, const Limits& limits,
+                  const core::Progress& progress)
 {
     // A level of 1 earns a period at most about 1 a millisecond: at the most price none above 500 Hz is worth a byte,
     // which is no word any more. The least is measured: docs/listening.md.
-    constexpr Prices kPrices{.least = 0.09F, .most = 2.0F};
-    const auto target = TargetOf(sound, bands, progress.Stage(0, 0.1)); // of the time that all takes
+    constexpr Prices kPrices{.least = 0.085F, .most = 2.0F};
+    const auto target = TargetOf(sound, bands, noise, progress.Stage(0, 0.1)); // of the time that all takes
     core::Steps steps(progress.Stage(0.1, 1));
     const auto& playback = limits.playback;
     auto fit = FitPeriods(target.sound, playback, kPrices, limits.runBytes, steps, kApproaches + 1);
     const int tries = fit.price > kPrices.least ? 2 : 0; // as many times the size won't fit at once again
     const auto nearer = Approach(target.sound, playback, fit.price, steps, 1 + tries);
-    fit = FitPeriods(nearer, playback, {.least = fit.price, .most = kPrices.most}, limits.runBytes, steps, tries);
+    fit = FitPeriods(nearer, playback, kPrices, limits.runBytes, steps, tries);
     return {.runBytes = std::move(fit.runBytes), .start = target.start};
 }
 
 } // namespace
 
-Periods SpeechPeriods(std::span<const float> sound, const Limits& limits, const core::Progress& progress)
+Periods SpeechPeriods(std::span<const float> sound, Noise noise, const Limits& limits, const core::Progress& progress)
 {
-    return PeriodsOf(sound, Bands::Levelled, limits, progress);
+    return PeriodsOf(sound, Bands::Levelled, noise, limits, progress);
 }
 
-Periods SoundPeriods(std::span<const float> sound, const Limits& limits, const core::Progress& progress)
+Periods SoundPeriods(std::span<const float> sound, Noise noise, const Limits& limits, const core::Progress& progress)
 {
-    return PeriodsOf(sound, Bands::AsTheyAre, limits, progress);
+    return PeriodsOf(sound, Bands::AsTheyAre, noise, limits, progress);
 }
 
 } // namespace prepare
