@@ -80,7 +80,7 @@ ROWS = [
     ("partials", "PitchTrack.cpp", "kPartials = 10", ["kPartials = 5", "kPartials = 15"], "tunes"),
     ("weight of a partial", "PitchTrack.cpp", "kPartialWeight = 0.75F", ["kPartialWeight = 0.5F",
      "kPartialWeight = 0.9F"], "tunes"),
-    ("low peaks, Hz", "PitchTrack.cpp", "200 / peak.hertz", ["0 / peak.hertz", "400 / peak.hertz"], "tunes"),
+    ("low tones, Hz", "PitchTrack.cpp", "kLowTones = 200", ["kLowTones = 100", "kLowTones = 400"], "tunes"),
     ("reach of a peak", "PitchTrack.cpp", "kReach = 2.5F", ["kReach = 1.25F", "kReach = 5"], "tunes"),
     ("price of a step", "PitchTrack.cpp", "kStepPrice = 0.05F", ["kStepPrice = 0", "kStepPrice = 0.2F"], "tunes"),
     ("price of a jump", "PitchTrack.cpp", "kJumpPrice = 0.3F", ["kJumpPrice = 0.1F", "kJumpPrice = 1"], "tunes"),

@@ -47,7 +47,6 @@ public:
     void Tone(double hertz, double until)
     {
         constexpr double kCatchUp = 0.3; // of what the periods before are late, within one
-        constexpr double kSpread = 1.5;  // counts
         const double cycles = PeriodWithinBytes(hertz);
         while (due_ + cycles / 2 < until * clock_) {
             const double counts = (cycles + kCatchUp * (due_ - written_) - overheadCycles_) / countCycles_;
@@ -81,12 +80,14 @@ private:
     [[nodiscard]] double PeriodWithinBytes(double hertz) const
     {
         double cycles = clock_ / hertz;
-        while (cycles < overheadCycles_ + (machine::kShortestPeriod + 1) * countCycles_)
+        while (cycles < overheadCycles_ + (machine::kShortestPeriod + kSpread / 2 - 0.5) * countCycles_)
             cycles *= 2;
         while (cycles > overheadCycles_ + (machine::kLongestPeriod - 1) * countCycles_)
             cycles /= 2;
         return cycles;
     }
+
+    static constexpr double kSpread = 1.5; // counts, of the dither
 
     /// From -0.5 to 0.5, any of them as likely.
     double Chance()

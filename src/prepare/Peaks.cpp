@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t kWindow = 2048;    // samples; measured: docs/listening.md
 constexpr std::size_t kTransform = 4096; // the window and as many zeros, so that a peak has three lines at least
 constexpr float kLineHertz = static_cast<float>(sound::kRate) / kTransform;
-constexpr auto kFirstLine = static_cast<std::size_t>(70 / kLineHertz);  // two lines below the lowest pitch
+constexpr auto kFirstLine = static_cast<std::size_t>(35 / kLineHertz);  // below the lowest pitch
 constexpr auto kLastLine = static_cast<std::size_t>(5200 / kLineHertz); // measured, too
 // On each side, 86 Hz: about the distance of the lowest pitch's partials; measured, too.
 constexpr std::size_t kNeighbours = 16;

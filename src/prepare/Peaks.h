@@ -22,7 +22,7 @@ public:
     PeakFinder();
     ~PeakFinder();
 
-    /// Those from 70 to 5200 Hz around sample `centre`; outside of `sound` there is silence.
+    /// Those from 35 to 5200 Hz around sample `centre`; outside of `sound` there is silence.
     [[nodiscard]] std::vector<Peak> PeaksAt(std::span<const float> sound, std::size_t centre);
 
 private:

@@ -15,9 +15,12 @@ namespace {
 
 constexpr int kPartials = 10;
 constexpr float kPartialWeight = 0.75F; // of each partial beside the one below it
-constexpr float kLowestPitch = 80;      // Hz: a guitar's lowest string, a low man's voice
+constexpr float kLowestPitch = 40;      // Hz: a bass's lowest string
 constexpr float kPitchesPerOctave = 60; // 20 cents each; the partials then tell it exactly
-constexpr std::size_t kPitches = 330;   // up to 3520 Hz; no tune goes higher
+constexpr std::size_t kPitches = 390;   // up to 3520 Hz; no tune goes higher
+
+// Melodies lie higher than what goes with them, and below some 200 Hz the ear hears less, too.
+constexpr float kLowTones = 200; // Hz
 
 constexpr float kNotZero = 1e-9F; // far below each strength and level, for quotients
 
@@ -35,10 +38,10 @@ float StepsTo(int partial)
     return kPitchesPerOctave * std::log2(static_cast<float>(partial));
 }
 
-/// What a peak counts. Melodies lie higher than what goes with them, and below some 200 Hz the ear hears less, too.
+/// What a peak counts.
 float WeightOf(const Peak& peak)
 {
-    const float ratio = 200 / peak.hertz;
+    const float ratio = kLowTones / peak.hertz;
     return peak.strength / std::sqrt(1 + ratio * ratio * ratio * ratio);
 }
 
@@ -105,6 +108,21 @@ private:
     Saliences sums_{}; // of the best path to each pitch, less the best of all before the last spectrum
     std::vector<std::array<std::uint16_t, kPitches>> from_;
 };
+
+/// `sound` through two high-passes of one pole each: without an offset, hum and rumble, which are no tones of a tune.
+sound::Samples WithoutLows(std::span<const float> sound)
+{
+    constexpr float kFollows = static_cast<float>(2 * std::numbers::pi * kLowTones / sound::kRate);
+    sound::Samples high(sound.begin(), sound.end());
+    for (int pole = 0; pole < 2; ++pole) {
+        float low = high.empty() ? 0 : high.front();
+        for (auto& sample : high) {
+            low += kFollows * (sample - low);
+            sample -= low;
+        }
+    }
+    return high;
+}
 
 /// How loud the sound is around each pitch of the track, over so many seconds.
 Amplitudes LevelsOf(std::span<const float> sound, double seconds)
@@ -183,7 +201,7 @@ std::vector<float> PitchTrack(std::span<const float> sound, const core::Progress
 {
     constexpr double kSteady = 0.060; // seconds: a note's level without its beats
     constexpr double kSoftest = -35;  // dB, against the loud moments
-    const auto levels = LevelsOf(sound, kSteady);
+    const auto levels = LevelsOf(WithoutLows(sound), kSteady);
     const float softest = LoudAmplitude(levels) * AmplitudeOf(kSoftest);
     PeakFinder finder;
     std::vector<std::vector<Peak>> spectra;

@@ -2,7 +2,7 @@
 //     sound     spectra of 93 ms, every 10 ms
 //     spectrum  its peaks, each by how far it stands out of its neighbourhood
 //     pitch     harmonic summation (Hermes: Measurement of pitch by subharmonic summation, 1988): the weighted sum of
-//               the first ten partials of each of 330 pitches from 80 to 3520 Hz
+//               the first ten partials of each of 390 pitches from 40 to 3520 Hz
 //     track     the path through these that is strongest in all, where a jump has its price: a Viterbi search
 // Of several voices the strongest is followed. Where the sound is soft beside its loud parts, or has no partials, the
 // track is silent, and for a moment where the same pitch is struck anew, so that it is heard as two notes.

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <numeric>
 
 namespace prepare {
 namespace {
@@ -59,11 +60,21 @@ Target Trimmed(const sound::Samples& target)
             .start = sound::SecondsAt(static_cast<std::size_t>(first - target.begin()))};
 }
 
+/// An offset isn't heard, but where it sets in and ends.
+sound::Samples WithoutOffset(std::span<const float> sound)
+{
+    const auto offset = static_cast<float>(std::accumulate(sound.begin(), sound.end(), 0.0) /
+                                           std::max(1.0, static_cast<double>(sound.size())));
+    sound::Samples centred(sound.size());
+    std::ranges::transform(sound, centred.begin(), [=](float sample) { return sample - offset; });
+    return centred;
+}
+
 enum class Bands { AsTheyAre, Levelled };
 
 Target TargetOf(std::span<const float> sound, Bands bands, Noise whatOfNoise, const core::Progress& progress)
 {
-    Spectra spectra(sound, progress);
+    Spectra spectra(WithoutOffset(sound), progress);
     auto noise = whatOfNoise == Noise::TakenOut ? NoiseOf(spectra, progress) : Powers(Spectra::kBins);
     TakeOut(noise, spectra, progress);
     const auto audible = GainsBetween(kLowest, sound::kRate);

@@ -1,10 +1,12 @@
 // Any sound makes a list of run bytes that the encoder gives back, and any arguments options within their bounds.
-// Input: a byte of switches, then samples of 16 bits, or arguments that end with zeros.
+// Input: a byte of switches, then samples of 16 bits, or of 32 bits with a fraction, or arguments that end with zeros.
 #include "core/PeriodEncoder.h"
 #include "core/RecordingBytes.h"
 #include "prepare/Prepare.h"
 #include "prepare/command/Options.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -31,11 +33,21 @@ void TryArguments(const std::string& bytes)
 
 void TrySound(int switches, const std::string& bytes)
 {
-    std::vector<std::int16_t> samples(bytes.size() / 2);
-    std::memcpy(samples.data(), bytes.data(), samples.size() * 2);
+    sound::Samples samples;
+    if ((switches & 64) != 0) {
+        std::vector<std::int16_t> whole(bytes.size() / 2);
+        std::memcpy(whole.data(), bytes.data(), whole.size() * 2);
+        for (const auto sample : whole)
+            samples.push_back(static_cast<float>(sample) / 32768);
+    } else {
+        samples.resize(bytes.size() / 4);
+        std::memcpy(samples.data(), bytes.data(), samples.size() * 4);
+        for (auto& sample : samples) // as they are read of a file
+            sample = std::isfinite(sample) ? std::clamp(sample, -32768.0F, 32768.0F) : 0;
+    }
     sound::Samples sound;
     for (const auto sample : samples)
-        sound.insert(sound.end(), 1 + static_cast<std::size_t>(switches / 64) * 20, static_cast<float>(sample) / 32768);
+        sound.insert(sound.end(), (switches & 128) != 0 ? 40 : 1, sample);
     const auto choice = static_cast<std::size_t>(switches) % 32;
     const auto kind = kKinds.at(choice / 2 % kKinds.size());
     const auto& rate = machine::kSampleRates.at(choice / 2 / kKinds.size() % machine::kSampleRates.size());

@@ -54,6 +54,8 @@ std::vector<std::string> Texts(const auto& values, const auto& text)
     return texts;
 }
 
+const std::vector<std::string> kNoises{"reduce", "keep"};
+
 const auto kHertz = [](const machine::SampleRate& rate) { return std::to_string(rate.hertz); };
 
 /// What the library leaves as text, until all has been found.
@@ -61,6 +63,7 @@ struct Found {
     std::vector<std::string> inputs;
     std::string output;
     std::string kind{NameOf(Options().kind)};
+    std::string noise{kNoises.front()};
     std::string rate = kHertz(Options().playback.rate);
 };
 
@@ -86,6 +89,11 @@ void Describe(CLI::App& app, Options& options, Found& found)
                    Listed(Texts(kKinds, Explained), "or") + "; " + found.kind + " if nothing is said")
         ->type_name("KIND")
         ->check(OneOf(kinds, Listed(kinds, "and")));
+    app.add_option("--noise", found.noise,
+                   "What becomes of noise that goes through all of it, " + Listed(kNoises, "or") + "; " + found.noise +
+                       " if nothing is said")
+        ->type_name("WHAT")
+        ->check(OneOf(kNoises, Listed(kNoises, "and")));
     app.add_option("--size", options.size,
                    "What the sound file for the PC-1600 may take; " + std::to_string(options.size) +
                        " if nothing is said")
@@ -119,6 +127,7 @@ std::variant<Options, command::Ending> ParseOptions(std::vector<std::string> arg
         options.inputs.push_back(command::PathOf(input));
     options.output = command::PathOf(found.output);
     options.kind = *std::ranges::find(kKinds, found.kind, NameOf);
+    options.noise = found.noise == kNoises.front() ? Noise::TakenOut : Noise::Kept;
     options.playback.rate = *std::ranges::find(machine::kSampleRates, found.rate, kHertz);
     return options;
 }

@@ -19,6 +19,7 @@ struct Options {
     std::filesystem::path output;              // empty: a name beside each input
     bool force = false;
     Kind kind = Kind::Speech;
+    Noise noise = Noise::TakenOut;
     std::int64_t size = machine::kLargestSize; // bytes, what the PC-1600's file may take
     sound::Part part;
     machine::Playback playback = {.rate = machine::kSampleRates.back(), .machine = {}}; // of the finest delay steps

@@ -1,8 +1,10 @@
 #include "command/Bar.h"
 #include "command/Messages.h"
 #include "command/Terminal.h"
+#include "core/PeriodEncoder.h"
 #include "core/RecordingBytes.h"
 #include "core/SoundFileHeader.h"
+#include "core/WaveAcceptance.h"
 #include "files/Files.h"
 #include "prepare/command/Answer.h"
 #include "prepare/command/Options.h"
@@ -10,6 +12,7 @@
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <stdexcept>
 
 namespace {
 
@@ -24,6 +27,16 @@ fs::path OutputBeside(const fs::path& input)
     auto name = input.stem();
     name += "-ready.wav";
     return input.parent_path() / name;
+}
+
+/// The recording, which is seen to lead to the periods that are told.
+std::string RecordingOf(const Prepared& prepared, const machine::SampleRate& rate)
+{
+    auto bytes = core::RecordingBytes(prepared.runBytes, rate);
+    core::BackgroundTask yield([] {});
+    if (core::EncodePeriods(core::SampleBytes(bytes), yield).runBytes != prepared.runBytes)
+        throw std::logic_error("No recording leads to these periods.");
+    return bytes;
 }
 
 /// Why there is no answer: English, to be shown behind the file's name.
@@ -46,11 +59,12 @@ std::variant<std::string, Failure> AnswerTo(const fs::path& input, const fs::pat
     const auto room = static_cast<std::size_t>(options.size - core::kTokensPC1600 - 1); // the end mark
     const Job job{.recording = std::move(std::get<sound::Recording>(read)),
                   .kind = options.kind,
+                  .noise = options.noise,
                   .limits = {.playback = options.playback, .runBytes = room}};
     const auto made = Prepare(job, progress.Stage(0.1, 1));
     if (const auto* const refusal = std::get_if<Refusal>(&made)) return Failure{Reason(*refusal, options)};
     const auto& prepared = std::get<Prepared>(made);
-    const auto bytes = core::RecordingBytes(prepared.runBytes, options.playback.rate);
+    const auto bytes = RecordingOf(prepared, options.playback.rate);
     files::Write(
         output, existing, [&](const files::ByteSink& sink) { sink(bytes); }, input);
     return Answer(input, output, options, job.recording, prepared);
