@@ -229,7 +229,7 @@ Reader::Reader(const fs::path& path) : path_(path)
     RequireOrdinary(path); // the opening of a device may do something
     Descriptor opened(OpenToRead(path));
     if (opened.file < 0) Fail(path, LastError());
-    size_ = lseek(opened.file, 0, SEEK_END);
+    size_ = SeekIn(opened.file, 0, SEEK_END);
     if (size_ < 0) Fail(path, LastError());
     file_ = std::exchange(opened.file, -1);
 }
@@ -242,7 +242,7 @@ Reader::~Reader()
 std::int64_t Reader::Read(void* bytes, std::int64_t count, std::int64_t position) const
 {
     constexpr std::int64_t kMost = 1 << 20; // bytes a call, as in writing
-    if (lseek(file_, position, SEEK_SET) < 0) Fail(path_, LastError());
+    if (SeekIn(file_, position, SEEK_SET) < 0) Fail(path_, LastError());
     std::int64_t done = 0;
     while (done < count) {
         const auto now = static_cast<unsigned>(std::min(count - done, kMost));

@@ -1,13 +1,12 @@
-#include "sound/SoundSource.h"
+#include "sound/SndfileSource.h"
 
-#include <algorithm>
+#include <array>
 #include <cmath>
+#include <regex>
+#include <string>
 
 namespace sound {
 namespace {
-
-constexpr std::int64_t kSamplesAtOnce = 16384; // of all channels
-constexpr float kLoudest = 32768;              // full scale of whole numbers that somebody took for fractions
 
 ByteSource& BytesOf(void* data)
 {
@@ -30,51 +29,40 @@ SF_VIRTUAL_IO Calls()
     return calls;
 }
 
-/// What a calculation can take: files of fractions may hold anything.
-float Finite(float sample)
+/// How many times the data that are there the header tells. The library takes what is there and leaves a word of it in
+/// its log. Programs that can't go back to the header leave lengths near the largest in it: they tell nothing.
+double ToldOf(SNDFILE* file)
 {
-    return std::isfinite(sample) ? std::clamp(sample, -kLoudest, kLoudest) : 0;
+    constexpr double kUnknown = 0x7FFFF000; // bytes
+    static const std::regex kWord(R"((data|Data Size|SSND|riff) *: (\d+) \(should be (\d+)\))");
+    std::array<char, 16384> log{};
+    std::cmatch word;
+    sf_command(file, SFC_GET_LOG_INFO, log.data(), static_cast<int>(log.size()));
+    if (!std::regex_search(log.data(), word, kWord)) return 1;
+    const auto told = std::stod(word[2]);
+    const auto there = std::stod(word[3]);
+    return told < kUnknown && there > 0 && told > there ? told / there : 1;
 }
 
 } // namespace
 
-SoundSource::SoundSource(ByteSource& bytes) : canSeek_(bytes.Size().has_value())
+SndfileSource::SndfileSource(ByteSource& bytes, bool isCut) : canSeek_(bytes.Size().has_value()), isCut_(isCut)
 {
     auto calls = Calls();
     file_.reset(sf_open_virtual(&calls, SFM_READ, &info_, &bytes));
+    if (file_ && Frames()) info_.frames = std::llround(static_cast<double>(info_.frames) * ToldOf(file_.get()));
 }
 
-std::optional<std::int64_t> SoundSource::Frames() const
+std::optional<std::int64_t> SndfileSource::Frames() const
 {
     if (!canSeek_ || info_.seekable == 0 || info_.frames < 0 || info_.frames == SF_COUNT_MAX) return std::nullopt;
     return info_.frames;
 }
 
-void SoundSource::Skip(std::int64_t frames)
+void SndfileSource::Skip(std::int64_t frames)
 {
     if (frames == 0 || (canSeek_ && info_.seekable != 0 && sf_seek(file_.get(), frames, SEEK_CUR) >= 0)) return;
-    while (frames > 0) {
-        const auto read = static_cast<std::int64_t>(Read(frames).size());
-        if (read == 0) return;
-        frames -= read;
-    }
-}
-
-std::span<const float> SoundSource::Read(std::int64_t most)
-{
-    const auto count = static_cast<std::size_t>(info_.channels);
-    const auto frames = std::min(most, std::max<std::int64_t>(kSamplesAtOnce / info_.channels, 1));
-    channels_.resize(static_cast<std::size_t>(frames) * count);
-    const auto read =
-        static_cast<std::size_t>(std::max<sf_count_t>(sf_readf_float(file_.get(), channels_.data(), frames), 0));
-    mono_.resize(read);
-    for (std::size_t frame = 0; frame < read; ++frame) {
-        float sum = 0;
-        for (std::size_t channel = 0; channel < count; ++channel)
-            sum += Finite(channels_[frame * count + channel]);
-        mono_[frame] = sum / static_cast<float>(count);
-    }
-    return mono_;
+    SoundSource::Skip(frames);
 }
 
 } // namespace sound
