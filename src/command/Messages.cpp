@@ -13,7 +13,7 @@ std::string ReasonOf(const files::IOException& failure)
 {
     switch (failure.ErrorKind) {
     case files::IOException::Kind::Exists: return failure.Reason() + " --force replaces it.";
-    case files::IOException::Kind::IsTheSource: return "This is the sound file itself.";
+    case files::IOException::Kind::IsTheSource: return "This is a sound file that is read.";
     default: return failure.Reason();
     }
 }

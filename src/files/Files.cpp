@@ -42,12 +42,17 @@ public:
     int file; // -1 for none
 };
 
-void RequireState(const fs::path& path, const FileState& state)
+void RequireOrdinary(const fs::path& path)
 {
     std::error_code error;
     const auto status = fs::status(path, error);
     if (error) Fail(path, error);
     if (!fs::is_regular_file(status)) throw IOException(Kind::NoOrdinaryFile, path);
+}
+
+void RequireState(const fs::path& path, const FileState& state)
+{
+    RequireOrdinary(path);
     if (StateOf(path) != state) throw IOException(Kind::BeingChanged, path);
 }
 
@@ -142,7 +147,7 @@ private:
     bool finished_ = false;
 };
 
-Target RequireTarget(const fs::path& path, Existing existing, const fs::path& source)
+Target RequireTarget(const fs::path& path, Existing existing, const std::vector<fs::path>& sources)
 {
     std::error_code error;
     const auto status = fs::status(path, error);
@@ -150,7 +155,8 @@ Target RequireTarget(const fs::path& path, Existing existing, const fs::path& so
     if (const auto refusal = NameRefusal(path)) Fail(path, refusal);
     const bool exists = fs::exists(status);
     if (exists && !fs::is_regular_file(status)) throw IOException(Kind::NoOrdinaryFile, path);
-    if (exists && !source.empty() && fs::equivalent(path, source, error)) throw IOException(Kind::IsTheSource, path);
+    for (const auto& source : sources)
+        if (exists && fs::equivalent(path, source, error)) throw IOException(Kind::IsTheSource, path);
     if (exists && existing == Existing::Refuse) throw IOException(Kind::Exists, path);
     auto meant = FileMeant(path, error);
     if (error) Fail(path, error);
@@ -218,9 +224,39 @@ std::string ReadBytes(const fs::path& path, std::uint64_t atMost)
     return ReadBytes(path, StateOf(path), atMost);
 }
 
-void Write(const fs::path& path, Existing existing, const Producer& produce, const fs::path& source)
+Reader::Reader(const fs::path& path) : path_(path)
 {
-    const auto target = RequireTarget(path, existing, source);
+    RequireOrdinary(path); // the opening of a device may do something
+    Descriptor opened(OpenToRead(path));
+    if (opened.file < 0) Fail(path, LastError());
+    size_ = SeekIn(opened.file, 0, SEEK_END);
+    if (size_ < 0) Fail(path, LastError());
+    file_ = std::exchange(opened.file, -1);
+}
+
+Reader::~Reader()
+{
+    close(file_);
+}
+
+std::int64_t Reader::Read(void* bytes, std::int64_t count, std::int64_t position) const
+{
+    constexpr std::int64_t kMost = 1 << 20; // bytes a call, as in writing
+    if (SeekIn(file_, position, SEEK_SET) < 0) Fail(path_, LastError());
+    std::int64_t done = 0;
+    while (done < count) {
+        const auto now = static_cast<unsigned>(std::min(count - done, kMost));
+        const auto read = ::read(file_, static_cast<char*>(bytes) + done, now);
+        if (read < 0) Fail(path_, LastError());
+        if (read == 0) break;
+        done += read;
+    }
+    return done;
+}
+
+void Write(const fs::path& path, Existing existing, const Producer& produce, const std::vector<fs::path>& sources)
+{
+    const auto target = RequireTarget(path, existing, sources);
     PartFile part(target);
     produce([&](std::string_view bytes) { part.Write(bytes); });
     part.Finish(existing);

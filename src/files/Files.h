@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 namespace files {
 
@@ -60,6 +61,24 @@ struct FileState {
 /// The same for a file that must not change while it is read.
 [[nodiscard]] std::string ReadBytes(const std::filesystem::path& path, std::uint64_t atMost);
 
+/// A file at `path`, to be read anywhere in it: no folder, no device, no pipe. What can't be done is thrown.
+class Reader {
+public:
+    explicit Reader(const std::filesystem::path& path);
+    ~Reader();
+    Reader(const Reader&) = delete;
+    Reader& operator=(const Reader&) = delete;
+
+    [[nodiscard]] std::int64_t Size() const { return size_; }
+    /// Reads `count` bytes from `position` on, fewer only at the end.
+    std::int64_t Read(void* bytes, std::int64_t count, std::int64_t position) const;
+
+private:
+    std::filesystem::path path_;
+    std::int64_t size_;
+    int file_;
+};
+
 /// What is to become of a file that stands at the name.
 enum class Existing {
     Refuse,  // also one that another program makes while this one writes
@@ -73,10 +92,10 @@ using Producer = std::function<void(const ByteSink& sink)>;
 
 /// Makes the file at `path`, whole and on the disk, or leaves all as it was and throws. A link stays one: what it leads
 /// to is written. A file that is replaced gives its owner, group, rights and attributes to the new one, as far as this
-/// user can; where not, the new one gives fewer rights, never more. Its further hard links keep the old bytes. `source`
-/// is what the bytes are made from, if that is a file: it is never replaced.
+/// user can; where not, the new one gives fewer rights, never more. Its further hard links keep the old bytes. None of
+/// the files `sources` is ever replaced, by whatever name.
 void Write(const std::filesystem::path& path, Existing existing, const Producer& produce,
-           const std::filesystem::path& source = {});
+           const std::vector<std::filesystem::path>& sources = {});
 void Write(const std::filesystem::path& path, Existing existing, std::string_view bytes);
 
 /// Writes to the standard output, its bytes as they are.

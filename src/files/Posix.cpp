@@ -89,6 +89,11 @@ int OpenToRead(const fs::path& path)
     return open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
 }
 
+std::int64_t SeekIn(int file, std::int64_t offset, int whence)
+{
+    return lseek(file, offset, whence);
+}
+
 // Between open and flock another program may take the file for a leftover: it then has the lock, or the name is gone.
 // The count of links would tell that too, but some file systems say 0 of any file.
 int CreatePart(const fs::path& path, bool isPrivate)

@@ -3,6 +3,7 @@
 // errno.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <system_error>
 
@@ -16,6 +17,8 @@ namespace files {
 
 /// Doesn't wait for the other end of a pipe.
 [[nodiscard]] int OpenToRead(const std::filesystem::path& path);
+/// Goes to a place in it: as lseek, for files of any length.
+[[nodiscard]] std::int64_t SeekIn(int file, std::int64_t offset, int whence);
 /// Opens a file that isn't there yet, locked against RemoveLeftover. EEXIST: try another name. If it `isPrivate`,
 /// nobody but its owner may open it.
 [[nodiscard]] int CreatePart(const std::filesystem::path& path, bool isPrivate);

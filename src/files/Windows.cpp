@@ -60,6 +60,11 @@ int OpenToRead(const fs::path& path)
     return _wopen(path.c_str(), _O_RDONLY | _O_BINARY | _O_NOINHERIT);
 }
 
+std::int64_t SeekIn(int file, std::int64_t offset, int whence)
+{
+    return _lseeki64(file, offset, whence);
+}
+
 // An open file is locked against removal by the system itself. Rights are the folder's until the rename.
 int CreatePart(const fs::path& path, bool /*isPrivate*/)
 {

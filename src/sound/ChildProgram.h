@@ -3,43 +3,54 @@
 
 #include "core/Progress.h"
 #include "sound/ByteSource.h"
+#include "sound/Process.h"
 
-#include <cstdint>
+#include <chrono>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace sound {
 
 class ChildProgram : public ByteSource {
 public:
-    /// Starts the program `name` of the user's search path. It gets no input, and what it complains about isn't shown.
-    /// Null where there is none of that name. Arguments are UTF-8. `progress` is asked while nothing comes.
-    [[nodiscard]] static std::unique_ptr<ChildProgram>
-    Start(const std::string& name, const std::vector<std::string>& arguments, const core::Progress& progress);
-    /// Ends the program, whatever it is doing.
-    ~ChildProgram() override;
+    /// Starts the program `name` of the user's search path, which gets no input. Null with the reason in `error`:
+    /// errc::no_such_file_or_directory where there is none of that name. Arguments are UTF-8. `progress` is asked while
+    /// nothing comes.
+    [[nodiscard]] static std::unique_ptr<ChildProgram> Start(const std::string& name,
+                                                             const std::vector<std::string>& arguments,
+                                                             const core::Progress& progress, std::error_code& error);
 
-    /// Of what it writes.
+    /// Of what it writes. Ends, too, where for kLongestSilence nothing comes.
     std::int64_t Read(void* bytes, std::int64_t count) override;
     std::int64_t Position() override { return position_; }
     void Seek(std::int64_t /*position*/) override {}
     std::optional<std::int64_t> Size() override { return std::nullopt; }
 
+    static constexpr std::chrono::seconds kLongestSilence{30};
+    [[nodiscard]] bool IsSilent() const { return Clock::now() - lastByte_ >= kLongestSilence; }
+    /// What it has written to its standard error so far; no more than the beginning.
+    [[nodiscard]] const std::string& Complaints() const { return complaints_; }
+    /// Waits for its end. False where it didn't end, or with another status than 0. Requires: Read has come to the end.
+    [[nodiscard]] bool HasSucceeded();
+
 private:
-    ChildProgram(std::intptr_t output, std::intptr_t process, const core::Progress& progress)
-        : output_(output),
-          process_(process),
+    using Clock = std::chrono::steady_clock;
+
+    ChildProgram(std::unique_ptr<Process> process, const core::Progress& progress)
+        : process_(std::move(process)),
           progress_(progress)
     {}
 
-    /// Up to so many bytes, as soon as there are some; 0 at the end, -1 where a moment went by without any.
-    std::int64_t ReadWhatComes(void* bytes, std::int64_t count);
+    /// Takes its complaints, which would hold it up otherwise. Whether to wait on.
+    bool GoesOn();
 
-    std::intptr_t output_;  // of the pipe; descriptor or handle, as the system has it
-    std::intptr_t process_; // id or handle
+    std::unique_ptr<Process> process_;
     core::Progress progress_;
     std::int64_t position_ = 0;
+    std::string complaints_;
+    Clock::time_point lastByte_ = Clock::now();
 };
 
 } // namespace sound

@@ -1,13 +1,17 @@
 #include "sound/ReadSound.h"
 
-#include "files/Files.h"
-#include "sound/ChildProgram.h"
-#include "sound/SoundSource.h"
+#include "sound/FfmpegSource.h"
+#include "sound/FileBytes.h"
+#include "sound/Mp3Source.h"
+#include "sound/OggPages.h"
+#include "sound/SndfileSource.h"
+#include "sound/UnfinishedWave.h"
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
+#include <numeric>
 #include <string>
+#include <string_view>
 
 #include <soxr.h>
 
@@ -56,30 +60,16 @@ private:
     soxr_t soxr_;
 };
 
-class FileBytes : public ByteSource {
-public:
-    FileBytes(const fs::path& path, const core::Progress& progress)
-        : stream_(path, std::ios::binary),
-          size_(static_cast<std::int64_t>(fs::file_size(path))),
-          progress_(progress)
-    {}
+double PowerOf(const Samples& samples)
+{
+    return std::inner_product(samples.begin(), samples.end(), samples.begin(), 0.0);
+}
 
-    std::int64_t Read(void* bytes, std::int64_t count) override
-    {
-        if (!progress_.GoesOn()) return 0;
-        stream_.read(static_cast<char*>(bytes), count);
-        stream_.clear(); // a read up to the end has left its mark
-        return stream_.gcount();
-    }
-    std::int64_t Position() override { return stream_.tellg(); }
-    void Seek(std::int64_t position) override { stream_.seekg(position); }
-    std::optional<std::int64_t> Size() override { return size_; }
-
-private:
-    std::ifstream stream_;
-    std::int64_t size_;
-    core::Progress progress_;
-};
+bool ReachesEnd(const Recording& recording)
+{
+    constexpr double kClose = 0.1; // seconds: where a length is guessed
+    return !recording.seconds || recording.from + SecondsAt(recording.samples.size()) > *recording.seconds - kClose;
+}
 
 /// What is read of a source.
 class Reading {
@@ -95,19 +85,20 @@ public:
     {
         if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
         if (const auto refusal = RefusalAtOnce()) return *refusal;
-        source_.Skip(std::llround(behind * static_cast<double>(source_.Rate())));
+        const auto begin = FramesIn(behind);
+        source_.Skip(begin);
         Recording recording{
             .rate = source_.Rate(), .channels = source_.Channels(), .seconds = {}, .from = part_.from, .samples = {}};
         const auto most = FramesToRead();
         const auto read = ReadInto(recording.samples, most, progress);
+        const bool isAtEnd = read < most;
         if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
-        if (read < most && ExactFrames())
-            return Refusal{.kind = Refusal::Kind::Damaged, .seconds = SecondsOf(most - read)};
+        if (isAtEnd && (begin + read < source_.Least() || source_.IsBroken())) return Damage(read);
         if (recording.samples.empty())
             return Refusal{.kind = part_.from > 0 ? Refusal::Kind::NoSoundInPart : Refusal::Kind::NoSound};
         if (SecondsOf(read) > mostSeconds_) return Refusal{.kind = Refusal::Kind::EndlesslyLong, .most = mostSeconds_};
         if (const auto frames = source_.Frames()) recording.seconds = SecondsOf(*frames);
-        if (read < most) recording.seconds = part_.from + SecondsOf(read); // its end was found
+        if (isAtEnd) recording.seconds = part_.from + SecondsOf(read); // its end was found
         return recording;
     }
 
@@ -115,6 +106,10 @@ private:
     [[nodiscard]] double SecondsOf(std::int64_t frames) const
     {
         return static_cast<double>(frames) / static_cast<double>(source_.Rate());
+    }
+    [[nodiscard]] std::int64_t FramesIn(double seconds) const
+    {
+        return std::llround(seconds * static_cast<double>(source_.Rate()));
     }
     [[nodiscard]] double LengthAskedFor() const { return part_.length.value_or(HUGE_VAL); }
     [[nodiscard]] std::optional<std::int64_t> ExactFrames() const
@@ -129,7 +124,8 @@ private:
         if (rate < kLowestRate || rate > kHighestRate) return Refusal{.kind = Refusal::Kind::Rate, .hertz = rate};
         if (const auto frames = ExactFrames()) {
             const auto all = SecondsOf(*frames);
-            if (*frames > 0 && all <= part_.from) return Refusal{.kind = Refusal::Kind::EndsBeforePart, .seconds = all};
+            if (*frames > 0 && *frames <= FramesIn(part_.from))
+                return Refusal{.kind = Refusal::Kind::EndsBeforePart, .seconds = all};
             if (const auto seconds = std::min(LengthAskedFor(), all - part_.from); seconds > mostSeconds_)
                 return Refusal{.kind = Refusal::Kind::TooLong, .seconds = seconds, .most = mostSeconds_};
         }
@@ -141,21 +137,35 @@ private:
     /// At most, of a channel.
     [[nodiscard]] std::int64_t FramesToRead() const
     {
-        auto seconds = std::min(LengthAskedFor(), mostSeconds_ + 1);
-        if (const auto frames = ExactFrames()) seconds = std::min(seconds, SecondsOf(*frames) - part_.from);
-        return std::llround(seconds * static_cast<double>(source_.Rate()));
+        const auto most = FramesIn(std::min(LengthAskedFor(), mostSeconds_ + 1));
+        const auto frames = ExactFrames();
+        return frames ? std::min(most, *frames - FramesIn(part_.from)) : most;
+    }
+
+    /// The part ends too early, behind so many frames.
+    [[nodiscard]] Refusal Damage(std::int64_t read) const
+    {
+        if (read == 0 && part_.from > 0) return {.kind = Refusal::Kind::DamagedBeforePart};
+        const auto whole = std::floor((part_.from + SecondsOf(read)) * 10) / 10; // never more, as it is shown
+        return {.kind = Refusal::Kind::Damaged, .seconds = whole};
     }
 
     std::int64_t ReadInto(Samples& samples, std::int64_t most, const core::Progress& progress) const
     {
-        Resampler resampler(source_.Rate(), samples);
+        Samples turned;
+        Resampler ofMixed(source_.Rate(), samples);
+        Resampler ofTurned(source_.Rate(), turned);
         std::int64_t read = 0;
-        for (std::span<const float> block; read < most && !(block = source_.Read(most - read)).empty();) {
-            resampler.Take(block);
-            read += std::ssize(block);
+        for (SoundSource::Block block; read < most && !(block = source_.Read(most - read)).mixed.empty();) {
+            ofMixed.Take(block.mixed);
+            ofTurned.Take(block.turned);
+            read += std::ssize(block.mixed);
             if (!progress.GoesOn(SecondsOf(read) / SecondsOf(most))) break;
         }
-        resampler.End();
+        ofMixed.End();
+        ofTurned.End();
+        // Channels of opposite phase, by a cable or a microphone, cancel each other.
+        if (constexpr double kMuchMore = 100; PowerOf(turned) > kMuchMore * PowerOf(samples)) samples.swap(turned);
         return read;
     }
 
@@ -164,23 +174,77 @@ private:
     double mostSeconds_;
 };
 
-/// What libsndfile can't read: ffmpeg makes it a format that can be read from a pipe.
+/// What nothing else can read: ffmpeg makes it a format that can be read from a pipe.
 std::variant<Recording, Refusal> ReadByFfmpeg(const fs::path& path, const Part& part, double mostSeconds,
                                               const core::Progress& progress)
 {
-    const auto name = fs::absolute(path).u8string();
     const auto length = std::min(part.length.value_or(HUGE_VAL), mostSeconds + 1);
-    const auto ffmpeg =
-        ChildProgram::Start("ffmpeg",
-                            {"-nostdin", "-v", "quiet", "-protocol_whitelist", "file", "-ss", std::to_string(part.from),
-                             "-i", "file:" + std::string(name.begin(), name.end()), "-map", "0:a:0", "-t",
-                             std::to_string(length), "-c:a", "pcm_f32be", "-f", "au", "pipe:1"},
-                            progress);
-    if (!ffmpeg) return Refusal{.kind = Refusal::Kind::NoFfmpeg};
-    SoundSource source(*ffmpeg);
-    if (!source.IsKnown())
-        return Refusal{.kind = progress.IsStopped() ? Refusal::Kind::Stopped : Refusal::Kind::UnknownFormat};
-    return Reading(source, part, mostSeconds).Read(0, progress);
+    auto started = FfmpegSource::Start(path, part.from, length, progress);
+    if (const auto* const refusal = std::get_if<Refusal>(&started)) return *refusal;
+    auto& source = *std::get<std::unique_ptr<FfmpegSource>>(started);
+    auto read = Reading(source, part, mostSeconds).Read(0, progress);
+    if (source.IsSilent() && std::holds_alternative<Refusal>(read) && !progress.IsStopped())
+        return Refusal{.kind = Refusal::Kind::FfmpegSilent};
+    return read;
+}
+
+std::variant<Recording, Refusal> ReadMp3(FileBytes& bytes, const fs::path& path, const Part& part, double mostSeconds,
+                                         const core::Progress& progress)
+{
+    Mp3Source source(bytes);
+    if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
+    if (!source.IsKnown()) return ReadByFfmpeg(path, part, mostSeconds, progress);
+    auto read = Reading(source, part, mostSeconds).Read(part.from, progress);
+    if (auto* const recording = std::get_if<Recording>(&read))
+        recording->isJoined = ReachesEnd(*recording) && source.IsJoined();
+    return read;
+}
+
+std::variant<Recording, Refusal> ReadOgg(FileBytes& bytes, const fs::path& path, const Part& part, double mostSeconds,
+                                         const core::Progress& progress)
+{
+    constexpr double kChecked = 0.3; // of the time
+    const auto pages = CheckPages(bytes, progress.Stage(0, kChecked));
+    bytes.EndAt(pages.end);
+    SndfileSource source(bytes, !pages.isWhole);
+    if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
+    if (!source.IsKnown() && !pages.isWhole) return Refusal{.kind = Refusal::Kind::Damaged};
+    if (!source.IsKnown()) return ReadByFfmpeg(path, part, mostSeconds, progress);
+    auto read = Reading(source, part, mostSeconds).Read(part.from, progress.Stage(kChecked, 1));
+    if (auto* const recording = std::get_if<Recording>(&read))
+        recording->isJoined = ReachesEnd(*recording) && pages.isJoined;
+    return read;
+}
+
+/// Whether another FLAC file begins somewhere behind the place up to which this one was read, roughly.
+bool HasAnotherFlac(FileBytes& bytes)
+{
+    constexpr std::int64_t kPiece = 1 << 20; // bytes
+    constexpr std::int64_t kAhead = 1 << 16; // that the decoder may have read too far
+    using namespace std::string_view_literals;
+    for (auto begin = std::max<std::int64_t>(bytes.Position() - kAhead, 1); begin < *bytes.Size(); begin += kPiece) {
+        const auto piece = bytes.Piece(begin, kPiece + 8);
+        if (piece.empty()) return false;
+        for (const auto mark : {"fLaC\0\0\0\x22"sv, "fLaC\x80\0\0\x22"sv}) // and a block of 34 bytes, maybe the only
+            if (piece.find(mark) != std::string::npos) return true;
+    }
+    return false;
+}
+
+std::variant<Recording, Refusal> ReadBytes(FileBytes& bytes, const fs::path& path, const Part& part, double mostSeconds,
+                                           const core::Progress& progress)
+{
+    if (bytes.Size() == 0) return Refusal{.kind = Refusal::Kind::EmptyFile};
+    if (IsMpeg(bytes)) return ReadMp3(bytes, path, part, mostSeconds, progress);
+    if (IsOgg(bytes)) return ReadOgg(bytes, path, part, mostSeconds, progress);
+    FillInDataSize(bytes);
+    SndfileSource source(bytes);
+    if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
+    if (!source.IsKnown()) return ReadByFfmpeg(path, part, mostSeconds, progress);
+    auto read = Reading(source, part, mostSeconds).Read(part.from, progress);
+    if (auto* const recording = std::get_if<Recording>(&read); recording != nullptr && source.IsFlac())
+        recording->isJoined = ReachesEnd(*recording) && HasAnotherFlac(bytes);
+    return read;
 }
 
 } // namespace
@@ -188,17 +252,10 @@ std::variant<Recording, Refusal> ReadByFfmpeg(const fs::path& path, const Part& 
 std::variant<Recording, Refusal> ReadSound(const fs::path& path, const Part& part, double mostSeconds,
                                            const core::Progress& progress)
 {
-    std::error_code error;
-    const auto status = fs::status(path, error);
-    if (!fs::exists(status)) throw files::IOException(files::IOException::Kind::System, path, error);
-    if (!fs::is_regular_file(status)) // the opening of a pipe would block
-        throw files::IOException(files::IOException::Kind::NoOrdinaryFile, path);
-    if (fs::is_empty(path)) return Refusal{.kind = Refusal::Kind::EmptyFile};
     FileBytes bytes(path, progress);
-    SoundSource source(bytes);
-    if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
-    if (!source.IsKnown()) return ReadByFfmpeg(path, part, mostSeconds, progress);
-    return Reading(source, part, mostSeconds).Read(part.from, progress);
+    auto read = ReadBytes(bytes, path, part, mostSeconds, progress);
+    bytes.RethrowFailure();
+    return read;
 }
 
 } // namespace sound

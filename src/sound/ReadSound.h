@@ -1,6 +1,7 @@
 // ReadSound.h: a sound file of any kind, or a part of one, made a Sound.
-//     by libsndfile    WAV, AIFF, AU, CAF, FLAC, Ogg Vorbis, Opus, MP3 and more
-//     by ffmpeg        what libsndfile can't read, where a program of that name is installed
+//     by libmpg123     MP3
+//     by libsndfile    WAV, AIFF, AU, CAF, FLAC, Ogg Vorbis, Opus and more
+//     by ffmpeg        what these can't read, where a program of that name is installed
 // Only what is asked for is kept in memory, and before that as little as can be is read.
 #pragma once
 
@@ -31,6 +32,7 @@ struct Recording {
     std::optional<double> seconds; // of the whole file, where it tells them
     double from;                   // seconds into it at which the part begins
     Samples samples;               // of the part
+    bool isJoined = false;         // to another sound, which isn't read
 };
 
 /// Reads `part` of the file at `path`. Refuses a part that is longer than `mostSeconds`, before any work where the file

@@ -229,7 +229,7 @@ TEST_F(Files, WritesOnlyToOrdinaryFilesAndThroughLinksToThem)
     for (const auto* const name : {"source", "hard", "soft"}) {
         const auto write = [&](const fs::path& target) {
             files::Write(
-                target, Existing::Replace, [](const auto& sink) { sink("x"); }, folder / "source");
+                target, Existing::Replace, [](const auto& sink) { sink("x"); }, {folder / "none", folder / "source"});
         };
         EXPECT_EQ(Refusal([&] { write(folder / name); }), std::string(name) + ": This is the file that is read.");
     }

@@ -21,7 +21,7 @@ protected:
         // In the odd one a sample is no number. An hour and 65 seconds of silence, 1000 bytes each.
         Shell(R"(printf '\377\377\377\377' | dd of=odd.wav bs=4 seek=9999 conv=notrunc
             printf '.snd\0\0\0\30\377\377\377\377\0\0\0\2\0\0\3\350\0\0\0\1' >hour.au; truncate -s 3665024 hour.au
-            echo old >old.wav; ln tone.wav hard.wav; ln -s gone.wav dangling.wav; mkfifo pipe; mkdir folder; >empty)");
+            echo old >old.wav; ln tone.wav hard.wav; ln old.wav high-ready.wav; ln -s gone.wav dangling.wav; mkfifo pipe; mkdir folder; >empty)");
     }
 
     /// What the answer says behind `name`.
@@ -60,6 +60,7 @@ TEST_F(PrepareProgram, RefusesWithAMessageAndLeavesAllAsItWas)
         {1, "P tone.wav -o pipe --force", "pipe: This is no ordinary file."},
         {1, "P tone.wav --for sound -o none/new.wav", "none/new.wav: No such file or directory"},
         {1, "ulimit -f 4; P tone.wav --for sound -o old.wav --force", "old.wav: File too large"},
+        {1, "P high.wav high-ready.wav --force", "high-ready.wav: This is a sound file that is read."},
         // Wrong usage.
         {2, "P", "FILE is required"},
         {2, "P tone.wav hard.wav -o new.wav", "--output: it can hold one recording"},
@@ -114,11 +115,22 @@ TEST_F(PrepareProgram, ShowsABarOnTheTerminal)
     EXPECT_THAT(out, testing::MatchesRegex("(\\|\\[#*[.]*\\] (100|[1-9]?[0-9]) %)+\\| {58}\\|read: strange,.*"));
 }
 
+TEST_F(PrepareProgram, LeavesNoProgramBehind)
+{
+    Shell(
+        R"(mkdir bin; printf '#!/bin/sh\necho $$ >id; exec sleep 40\n' >bin/ffmpeg; chmod +x bin/ffmpeg; echo no >new)");
+    for (const auto* const signal : {"TERM", "KILL"}) {
+        Shell("PATH=$PWD/bin:$PATH " PREPARE_PROGRAM " new & until [ -s id ]; do sleep 0.05; done; kill -" +
+              std::string(signal) + " $!; sleep 0.2; ps -o stat= -p $(cat id); rm id");
+        EXPECT_EQ(out.find('S'), std::string::npos) << signal;
+    }
+}
+
 TEST_F(PrepareProgram, PreparesSeveralFilesAndWaitsForReturn)
 {
     Shell("mkdir there; ln tone.wav there/lang-längerer-name-als-der-platz.flac");
-    EXPECT_EQ(Shell("printf '\\n' | P --for sound there/* none tone.wav --from 0:00.5 --length 1 --wait"), 1);
-    EXPECT_EQ(err, "tonfloss-prepare: none: No such file or directory\n"); // and it goes on
+    EXPECT_EQ(Shell("printf '\\n' | P --for sound there/* tone.wav tone-ready.wav --from 0:00.5 --length 1 --wait"), 1);
+    EXPECT_EQ(err, "tonfloss-prepare: tone-ready.wav: No such file or directory\n"); // and not one that it made
     EXPECT_EQ(Told("read"), "lang-längerer-name-als-der-platz.flac, 0:02.0, 48000 Hz, 1 channel");
     EXPECT_EQ(Told("taken"), "0:01.0 from 0:00.5");
     EXPECT_EQ(Told("made"), "there/lang-längerer-name-als-der-platz-ready.wav, 11025 Hz");

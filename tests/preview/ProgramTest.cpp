@@ -27,7 +27,7 @@ TEST_F(PreviewProgram, RefusesWithAMessageAndLeavesAllAsItWas)
         {1, "P old.wav -o new.wav", "old.wav: no sound file: it begins neither with a file header nor"},
         // What may not be written.
         {1, "P SOUND.bin -o old.wav", "old.wav: This file exists. --force replaces it."},
-        {1, "P soft.bin -o hard.bin --force", "hard.bin: This is the sound file itself."},
+        {1, "P soft.bin -o hard.bin --force", "hard.bin: This is a sound file that is read."},
         {1, "P SOUND.bin -o pipe --force", "pipe: This is no ordinary file."},
         {1, "P SOUND.bin -o none/new.wav", "none/new.wav: No such file or directory"},
         // What breaks off: a full disk, a reader that goes away.

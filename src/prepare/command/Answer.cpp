@@ -40,6 +40,7 @@ std::string Answer(const std::filesystem::path& input, const std::filesystem::pa
     text << ", " << recording.rate << " Hz, " << recording.channels
          << (recording.channels == 1 ? " channel" : " channels")
          << "\ntaken: " << TimeText(sound::SecondsAt(recording.samples.size())) << " from " << TimeText(recording.from)
+         << (recording.isJoined ? "\nnote: another sound is joined to this one in the file, and isn't read" : "")
          << "\nmade: " << Utf8(output) << ", " << options.playback.rate.hertz << " Hz\nseconds: " << std::fixed
          << std::setprecision(3) << prepared.seconds << "\nrun bytes: " << inPokEmul << "\nsize: " << inPC1600
          << " for the PC-1600, " << inPokEmul
@@ -63,7 +64,13 @@ std::string Reason(const sound::Refusal& refusal)
     case EndsBeforePart: return "It ends at " + seconds + ", before --from.";
     case NoSound: return "There is no sound in it.";
     case NoSoundInPart: return "There is no sound in it behind --from.";
-    case Damaged: return "It is damaged: " + seconds + " of its sound can't be read.";
+    case Damaged:
+        if (refusal.seconds == 0) return "It is damaged or cut off at its beginning.";
+        return "It is damaged or cut off at " + seconds + ". What is before can be taken: --from 0 --length " +
+               seconds + ".";
+    case DamagedBeforePart: return "It is damaged or cut off at --from, or before it.";
+    case FfmpegFails: return "It needs the program ffmpeg, which can't be started: " + refusal.error.message() + ".";
+    case FfmpegSilent: return "It needs the program ffmpeg, which gives no answer.";
     case TooLong: return LongerThanTaken("It lasts " + seconds, refusal.most);
     case TooMuch: return LongerThanTaken("--length asks for " + seconds, refusal.most);
     case EndlesslyLong: return LongerThanTaken("It lasts longer than " + TimeText(refusal.most), refusal.most);

@@ -66,7 +66,7 @@ std::variant<std::string, Failure> AnswerTo(const fs::path& input, const fs::pat
     const auto& prepared = std::get<Prepared>(made);
     const auto bytes = RecordingOf(prepared, options.playback.rate);
     files::Write(
-        output, existing, [&](const files::ByteSink& sink) { sink(bytes); }, input);
+        output, existing, [&](const files::ByteSink& sink) { sink(bytes); }, options.inputs);
     return Answer(input, output, options, job.recording, prepared);
 }
 
@@ -89,13 +89,23 @@ bool IsPrepared(const fs::path& input, const Options& options)
     }
 }
 
+/// Then the user has been told.
+bool IsMissing(const fs::path& input)
+{
+    std::error_code error;
+    if (fs::exists(fs::status(input, error))) return false;
+    command::Complain(kProgram, "", files::IOException(files::IOException::Kind::System, input, error));
+    return true;
+}
+
 int Run(std::vector<std::string> arguments)
 {
     command::SetUpTerminal();
     const auto parsed = ParseOptions(std::move(arguments));
     if (const auto* const ending = std::get_if<command::Ending>(&parsed)) return command::Show(*ending);
-    const auto& options = std::get<Options>(parsed);
-    bool areAllPrepared = true;
+    auto options = std::get<Options>(parsed);
+    // Before any work: later one may be there that was made by it.
+    bool areAllPrepared = std::erase_if(options.inputs, IsMissing) == 0;
     for (const auto& input : options.inputs)
         areAllPrepared = IsPrepared(input, options) && areAllPrepared;
     if (options.waits || command::ClosesWithProgram()) {
