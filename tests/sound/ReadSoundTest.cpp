@@ -86,6 +86,19 @@ TEST_F(ReadSoundTest, TakesEachKindWithItsLengthPitchAndLevel)
     }
 }
 
+TEST_F(ReadSoundTest, TakesEachChannelAndSilenceForWhatIsNoNumber)
+{
+    for (int channel = 0; channel < 6; ++channel) {
+        const auto file =
+            WriteTone(folder / "six", SF_FORMAT_WAV | SF_FORMAT_FLOAT, {.channels = 6, .on = channel});
+        auto bytes = ::Read(file);
+        bytes.replace(bytes.size() / 48 * 24, 8, "\0\0\xC0\x7F\0\0\x80\x7F", 8); // NaN and infinity, amid it
+        const auto samples = std::get<Recording>(Read(Write("six", bytes))).samples;
+        EXPECT_EQ(FallsOf(samples, 0.1, 0.9), 352) << channel;
+        EXPECT_NEAR(*std::ranges::max_element(samples), 0.5 / 6, 0.01) << channel;
+    }
+}
+
 TEST_F(ReadSoundTest, RefusesWhatIsNoSoundToPrepare)
 {
     const auto tone = [&](const char* name, Tone that) {
