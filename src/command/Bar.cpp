@@ -4,6 +4,7 @@
 
 #include <iostream>
 #include <string>
+#include <utility>
 
 namespace command {
 namespace {
@@ -12,9 +13,9 @@ constexpr std::size_t kWidth = 50; // characters
 
 } // namespace
 
-Bar::~Bar()
+void Bar::End()
 {
-    if (isShown_) std::cerr << '\r' << std::string(kWidth + 8, ' ') << '\r';
+    if (std::exchange(isShown_, false)) std::cerr << '\r' << std::string(kWidth + 8, ' ') << '\r';
 }
 
 void Bar::Show(double done)

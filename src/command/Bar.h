@@ -8,8 +8,10 @@ namespace command {
 /// Shown on standard error where that is a terminal, for work that takes more than a second.
 class Bar {
 public:
-    ~Bar();
+    ~Bar() { End(); }
 
+    /// Takes it away.
+    void End();
     /// `done` of the work, 0 to 1.
     void Show(double done);
 

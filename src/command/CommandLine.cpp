@@ -20,11 +20,6 @@ CLI::Validator WholeNumber(std::int64_t least, std::int64_t most)
             ""};
 }
 
-std::filesystem::path PathOf(const std::string& argument)
-{
-    return std::u8string(argument.begin(), argument.end());
-}
-
 void AddOutput(CLI::App& app, const std::string& description, std::string& output, bool& force)
 {
     const auto refusal = [](const std::string& name) { return std::string(name.empty() ? "the name is empty" : ""); };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "command/Messages.h"
+#include "command/Names.h"
 #include "machine/Timing.h"
 
 #include <CLI/CLI.hpp>
@@ -15,9 +16,6 @@
 namespace command {
 
 [[nodiscard]] CLI::Validator WholeNumber(std::int64_t least, std::int64_t most);
-
-/// Arguments are UTF-8 on Windows too, as the programs' manifest says.
-[[nodiscard]] std::filesystem::path PathOf(const std::string& argument);
 
 /// -o and --force.
 void AddOutput(CLI::App& app, const std::string& description, std::string& output, bool& force);

@@ -1,5 +1,6 @@
 #include "command/Messages.h"
 
+#include "command/Names.h"
 #include "files/Files.h"
 
 #include <cstdlib>
@@ -14,8 +15,11 @@ std::string ReasonOf(const files::IOException& failure)
     switch (failure.ErrorKind) {
     case files::IOException::Kind::Exists: return failure.Reason() + " --force replaces it.";
     case files::IOException::Kind::IsTheSource: return "This is a sound file that is read.";
+    case files::IOException::Kind::NoOrdinaryFile: break;
     default: return failure.Reason();
     }
+    std::error_code error;
+    return std::filesystem::is_directory(failure.File, error) ? "This is a folder." : failure.Reason();
 }
 
 } // namespace
@@ -37,7 +41,7 @@ int Show(const Ending& ending)
 void Complain(std::string_view program, std::string_view what, std::string_view reason)
 {
     std::cerr << program << ": ";
-    if (!what.empty()) std::cerr << what << ": ";
+    if (!what.empty()) std::cerr << Shown(PathOf(what)) << ": ";
     std::cerr << reason << '\n';
 }
 

@@ -1,5 +1,7 @@
 #include "core/RecordingBytes.h"
 
+#include "core/PeriodEncoder.h"
+#include "core/WaveAcceptance.h"
 #include "core/WaveHeader.h"
 
 #include <cstdint>
@@ -39,6 +41,15 @@ std::string RecordingBytes(std::span<const machine::RunByte> runBytes, const mac
         period = 0;
     }
     return bytes.append(kUnseen, kLow);
+}
+
+bool IsRecordingOfOurs(std::string_view file)
+{
+    const auto fields = ReadWaveFields(file);
+    if (IsTooLarge(static_cast<double>(file.size())) || RefusalOf(fields)) return false;
+    BackgroundTask yield([] {});
+    const auto runBytes = EncodePeriods(SampleBytes(std::string(file)), yield).runBytes;
+    return !runBytes.empty() && RecordingBytes(runBytes, *machine::RateOfHertz(fields.sampleRate)) == file;
 }
 
 } // namespace core

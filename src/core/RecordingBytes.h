@@ -13,10 +13,14 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace core {
 
 /// The whole Wave file. Requires: a recording can lead to `runBytes`.
 [[nodiscard]] std::string RecordingBytes(std::span<const machine::RunByte> runBytes, const machine::SampleRate& rate);
+
+/// Whether `file` is one that RecordingBytes made, of whatever run bytes.
+[[nodiscard]] bool IsRecordingOfOurs(std::string_view file);
 
 } // namespace core

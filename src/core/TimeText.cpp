@@ -1,5 +1,6 @@
 #include "core/TimeText.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -8,9 +9,12 @@
 
 namespace core {
 
-std::optional<double> SecondsOf(std::string_view text)
+std::optional<double> SecondsOf(std::string_view written)
 {
     constexpr int kMostParts = 3;
+    std::string points(written);
+    std::ranges::replace(points, ',', '.');
+    std::string_view text(points);
     double seconds = 0;
     for (int part = 1; part <= kMostParts; ++part) {
         const auto end = text.find(':');

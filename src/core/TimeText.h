@@ -1,5 +1,5 @@
 // TimeText.h: times as users write and read them: seconds, or minutes and seconds, or hours too: "12.5", "1:30",
-// "1:00:00".
+// "1:00:00"; a comma is a point.
 #pragma once
 
 #include <optional>

@@ -267,6 +267,12 @@ void Write(const fs::path& path, Existing existing, std::string_view bytes)
     Write(path, existing, [&](const ByteSink& sink) { sink(bytes); });
 }
 
+void RequireWritable(const fs::path& path, Existing existing, const std::vector<fs::path>& sources)
+{
+    const auto target = RequireTarget(path, existing, sources);
+    const PartFile part(target);
+}
+
 void WriteStandardOutput(const Producer& produce)
 {
     SetBinaryStandardOutput();

@@ -98,6 +98,10 @@ void Write(const std::filesystem::path& path, Existing existing, const Producer&
            const std::vector<std::filesystem::path>& sources = {});
 void Write(const std::filesystem::path& path, Existing existing, std::string_view bytes);
 
+/// Throws what `Write` would throw before it asks for the first byte, so that no work is done for nothing.
+void RequireWritable(const std::filesystem::path& path, Existing existing,
+                     const std::vector<std::filesystem::path>& sources);
+
 /// Writes to the standard output, its bytes as they are.
 void WriteStandardOutput(const Producer& produce);
 

@@ -21,6 +21,23 @@ Periods PeriodsFor(const Job& job, const core::Progress& progress)
     return {};
 }
 
+/// How much of the sound from its beginning on fits, in whole tenths of a second, where the whole takes so many `bytes`.
+/// It is tried, since a beginning may take more than its share.
+double SecondsThatFit(const Job& job, std::size_t bytes, const core::Progress& progress)
+{
+    constexpr double kTenth = 0.1;
+    const auto& samples = job.recording.samples;
+    const auto share = static_cast<double>(job.limits.runBytes) / static_cast<double>(bytes);
+    auto tenths = std::floor(sound::SecondsAt(samples.size()) * share / kTenth);
+    for (; tenths > 0; tenths = std::floor(tenths * 0.9)) {
+        auto beginning = job;
+        beginning.recording.samples.resize(std::min(samples.size(), sound::SamplesIn(tenths * kTenth)));
+        const auto size = PeriodsFor(beginning, progress).runBytes.size();
+        if (progress.IsStopped() || (size > 0 && size <= job.limits.runBytes)) break;
+    }
+    return tenths * kTenth;
+}
+
 } // namespace
 
 // Each sample of the recording is played for two delay steps at least.
@@ -36,10 +53,12 @@ std::variant<Prepared, Refusal> Prepare(const Job& job, const core::Progress& pr
     auto periods = PeriodsFor(job, progress);
     if (!progress.GoesOn(1)) return Refusal{.kind = Refusal::Kind::Stopped};
     if (periods.runBytes.empty()) return Refusal{.kind = Refusal::Kind::Inaudible};
+    if (const auto bytes = periods.runBytes.size(); bytes > job.limits.runBytes) {
+        const auto fit = SecondsThatFit(job, bytes, progress.Stage(1, 1));
+        if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
+        return Refusal{.kind = Refusal::Kind::TooManyBytes, .seconds = fit};
+    }
     const auto seconds = machine::SecondsOf(periods.runBytes, job.limits.playback);
-    const auto most = static_cast<double>(job.limits.runBytes);
-    const auto bytes = static_cast<double>(periods.runBytes.size());
-    if (bytes > most) return Refusal{.kind = Refusal::Kind::TooManyBytes, .seconds = seconds * most / bytes};
     return Prepared{
         .runBytes = std::move(periods.runBytes), .seconds = seconds, .from = job.recording.from + periods.start};
 }

@@ -51,7 +51,7 @@ struct Refusal {
     enum class Kind {
         Stopped,      // by whom it was told about
         Inaudible,    // there is nothing to be heard in it
-        TooManyBytes, // about `seconds` of it would fit
+        TooManyBytes, // its first `seconds` would fit, to the tenth; 0: not even a tenth
     };
 
     Kind kind;

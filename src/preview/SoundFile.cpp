@@ -2,7 +2,10 @@
 
 #include "core/HexTokenText.h"
 #include "core/LoadAddress.h"
+#include "core/WaveAcceptance.h"
 
+#include <algorithm>
+#include <array>
 #include <iomanip>
 #include <sstream>
 
@@ -72,10 +75,30 @@ std::u32string WithoutFill(std::string_view field)
     return title;
 }
 
+/// Whether `bytes` begin as sounds of the common kinds do: Wave, AIFF, AU, CAF, FLAC, Ogg, MP3, MP4 and Matroska.
+bool IsSound(std::string_view bytes)
+{
+    using Mark = std::pair<std::size_t, std::string_view>; // where it stands, what stands there
+    return std::ranges::any_of(
+        std::array<Mark, 11>{Mark{8, "WAVE"},
+                             {0, "FORM"},
+                             {0, ".snd"},
+                             {0, "caff"},
+                             {0, "fLaC"},
+                             {0, "OggS"},
+                             {0, "ID3"},
+                             {0, "\xFF\xFB"},
+                             {0, "\xFF\xF3"},
+                             {4, "ftyp"},
+                             {0, "\x1A\x45\xDF\xA3"}},
+        [&](const auto& mark) { return bytes.substr(std::min(bytes.size(), mark.first)).starts_with(mark.second); });
+}
+
 std::variant<SoundFile, Refusal> Parse(std::string_view bytes)
 {
-    if (bytes.starts_with("RIFF") && bytes.find("WAVE", 8) == 8)
+    if (IsSound(bytes) && !RefusalOf(ReadWaveFields(bytes)))
         return Refusal{"it is a recording; drop it on the window of tonfloss, and name the file that you save there"};
+    if (IsSound(bytes)) return Refusal{"it is a sound for tonfloss-prepare, which makes a recording of it"};
     if (bytes.size() > kLargestFile) return Refusal{"more than " + std::to_string(kLargestFile) + " bytes"};
     if (bytes.empty()) return Refusal{"it is empty"};
     const auto begins = [&](const auto& target) { return ByteAt(bytes, 0) == ByteOfToken(target.tokens, 0); };

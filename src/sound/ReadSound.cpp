@@ -129,8 +129,6 @@ private:
             if (const auto seconds = std::min(LengthAskedFor(), all - part_.from); seconds > mostSeconds_)
                 return Refusal{.kind = Refusal::Kind::TooLong, .seconds = seconds, .most = mostSeconds_};
         }
-        if (part_.length && *part_.length > mostSeconds_)
-            return Refusal{.kind = Refusal::Kind::TooMuch, .seconds = *part_.length, .most = mostSeconds_};
         return std::nullopt;
     }
 

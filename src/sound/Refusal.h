@@ -21,7 +21,6 @@ struct Refusal {
         Damaged,           // behind `seconds` from the file's beginning
         DamagedBeforePart, // or where the part begins
         TooLong,           // it lasts `seconds`, more than `most`
-        TooMuch,           // `seconds` are asked for, more than `most`
         EndlesslyLong,     // it lasts longer than `most`, nobody knows how long
     };
 

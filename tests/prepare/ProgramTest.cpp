@@ -1,5 +1,6 @@
 #include "support/Program.h"
 #include "core/PeriodEncoder.h"
+#include "core/RecordingBytes.h"
 #include "core/WaveAcceptance.h"
 #include "machine/Timing.h"
 #include "support/SoundFiles.h"
@@ -19,9 +20,11 @@ protected:
         WriteTone(folder / "files/ten.mp3", kMp3, {.seconds = 10});
         WriteTone(folder / "files/still.wav", kWave, {.seconds = 0});
         // In the odd one a sample is no number. An hour and 65 seconds of silence, 1000 bytes each.
+        std::ofstream(folder / "files/ready.wav", std::ios::binary)
+            << core::RecordingBytes(machine::RunBytes(20, 9), machine::kSampleRates.front());
         Shell(R"(printf '\377\377\377\377' | dd of=odd.wav bs=4 seek=9999 conv=notrunc
             printf '.snd\0\0\0\30\377\377\377\377\0\0\0\2\0\0\3\350\0\0\0\1' >hour.au; truncate -s 3665024 hour.au
-            echo old >old.wav; ln tone.wav hard.wav; ln old.wav high-ready.wav; ln -s gone.wav dangling.wav; mkfifo pipe; mkdir folder; >empty)");
+            echo old >old.wav; ln tone.wav hard.wav; ln old.wav high-ready.wav; ln -s gone.wav dangling.wav; ln tone.wav tone.mp3; mkfifo pipe; mkdir folder; >empty)");
     }
 
     /// What the answer says behind `name`.
@@ -36,21 +39,24 @@ TEST_F(PrepareProgram, RefusesWithAMessageAndLeavesAllAsItWas)
 {
     ExpectRefusals({
         {1, "P none.mp3", "none.mp3: No such file or directory"},
-        {1, "P folder", "folder: This is no ordinary file."},
+        {1, "P folder", "folder: This is a folder."},
+        {1, "P 'x\x1B[2Jy\xE4'", "tonfloss-prepare: x?[2Jy\uFFFD: No such"}, // what a terminal would obey
         {1, "P pipe", "pipe: This is no ordinary file."},
         {1, "P empty", "empty: The file is empty."},
         {1, "P still.wav", "still.wav: There is no sound in it."},
         {1, "P '[tone,wav]' ++", "++: No such file or directory"}, // no list and no end of one
-        {1, "P tone.wav --for sound --size 133", "It is too long for 133 bytes. About 0:00.0 of it would fit"},
-        {1, "P tone.wav --size 296",
-         "About 0:01.5 of it would fit: take a part, for example with --from 0:30 --length 0:01.5."},
+        {1, "P tone.wav --for sound --size 133", "for 133 bytes. Not a tenth of a second of it would fit."},
+        {1, "P tone.wav --from 0.1 --size 296",
+         "Its first 0:00.9 would fit: take a part, for example with --from 0:00.1 --length 0:00.9."},
         // Minutes and hours, and how long a recording the window takes: each time is told, too.
-        {1, "P hour.au --from 1:05", "hour.au: It lasts 60:00.0, and at this rate the window takes 0:48.0 at most."},
+        {1, "P hour.au --from 1:05",
+         "hour.au: It lasts 60:00.0, and at this rate the window takes 0:48.0 at most, with --rate 8000 1:03.0, with "
+         "--rate 6000 1:23.0. Take a part of it, for example with --from 1:05.0 --length 0:48.0."},
         {1, "P hour.au --from 1:00:05.03", "It lasts 1:00.0, and"},
         {1, "P hour.au --length 48", "There is nothing to be heard in it."},
         {1, "P hour.au --length 48.1", "It lasts 0:48.1, and"},
         {1, "P hour.au --length 1:05 --rate 8000",
-         "It lasts 1:05.0, and at this rate the window takes 1:03.0 at most."},
+         "It lasts 1:05.0, and at this rate the window takes 1:03.0 at most, with --rate 6000 1:23.0. Take"},
         {1, "P hour.au --length 90 --rate 6000", "It lasts 1:30.0, and at this rate the window takes 1:23.0 at most."},
         {1, "P ten.mp3 --clock 20000000", "It lasts longer than 0:08.0, and"}, // which only decoding shows
         // What may not be written.
@@ -58,11 +64,16 @@ TEST_F(PrepareProgram, RefusesWithAMessageAndLeavesAllAsItWas)
         {1, "P tone.wav -o dangling.wav", "dangling.wav: "},
         {1, "P tone.wav -o hard.wav --force", "hard.wav: "},
         {1, "P tone.wav -o pipe --force", "pipe: This is no ordinary file."},
-        {1, "P tone.wav --for sound -o none/new.wav", "none/new.wav: No such file or directory"},
+        {1, "P tone.wav -o folder", "folder: This is a folder."},
+        {1, "P hour.au --length 40 -o none/new.wav", "none/new.wav: No such file or directory"}, // before the work
+        {1, "P tone.wav --for music >/dev/full", "standard output: No space left on device"},
         {1, "ulimit -f 4; P tone.wav --for sound -o old.wav --force", "old.wav: File too large"},
         {1, "P high.wav high-ready.wav --force", "high-ready.wav: This is a sound file that is read."},
+        {1, "P ready.wav", "ready.wav: This is prepared already: drop it on the window of Tonfloss."},
         // Wrong usage.
         {2, "P", "FILE is required"},
+        {2, "P tone.wav ./tone.mp3 --force", "./tone.mp3: Its recording would have the same name as that of tone.wav."},
+        {2, "P tone.wav --from 2 --to 0:02", "--to: nothing is left"},
         {2, "P tone.wav hard.wav -o new.wav", "--output: it can hold one recording"},
         {2, "P tone.wav --for noise", "--for: noise is none of speech, music and sound"},
         {2, "P tone.wav --size 28475", "--size: 28475 is no whole number from 133 to 28474"},
@@ -84,7 +95,7 @@ TEST_F(PrepareProgram, MakesWhatTheOptionsSayAndTellsTheTruthAboutIt)
              {"odd.wav --for sound", 11025, {}, 2, 1564},
              {"high.wav --for sound --size 28474", 11025, {}, 5, 13200},
              {"tone.wav --size 1500", 11025, {}, 2, 1330},
-             {"tone.wav --for music --from 1 --length 0:00.5", 11025, {}, 0.5, 440},
+             {"tone.wav --for Music --from 1 --to 0:01,5 --size 20K", 11025, {}, 0.5, 440},
              {"tone.wav --for music --rate 8000", 8000, {}, 2, 1318},
              {"tone.wav --for music --rate 6000 --clock 2000000 --waits 0", 6000, {2'000'000, 0}, 2, 1318},
          }) {
@@ -103,7 +114,6 @@ TEST_F(PrepareProgram, MakesWhatTheOptionsSayAndTellsTheTruthAboutIt)
         EXPECT_EQ(Told("run bytes"), std::to_string(count));
         EXPECT_EQ(Told("size"),
                   std::to_string(count + 131) + " for the PC-1600, " + std::to_string(count) + " for PokEmul");
-        EXPECT_EQ(Told("32 KB extension"), periods > 12000 ? "needed" : "not needed for the size");
     }
 }
 
@@ -137,6 +147,13 @@ TEST_F(PrepareProgram, PreparesSeveralFilesAndWaitsForReturn)
     EXPECT_EQ(Told("title on the machine"), "lang-längerer-name-als-de");
     EXPECT_NE(out.find("made: tone-ready.wav, "), std::string::npos);
     EXPECT_EQ(out.substr(out.size() - 35), "Press Return to close this window.\n");
+
+    // No UTF-8, a decomposed umlaut, and a letter beyond Latin-1; the recording goes where it is told to.
+    Shell(R"sh(ln tone.wav "$(printf 'x\344\303\244u\314\210\305\221.wav')")sh");
+    EXPECT_EQ(Shell("P --for music x*.wav"), 0) << err;
+    EXPECT_EQ(Told("title on the machine"), "x?\u00E4\u00FC?-ready.wav");
+    EXPECT_EQ(Shell("P --for music tone.wav -o - | cmp - x*-ready.wav && ls -- -"), 2); // no file of that name
+    EXPECT_EQ(err.substr(0, 6), "read: ");
 
     EXPECT_EQ(Shell("P --help | head -n 2 | tail -n 1; P --version"), 0);
     EXPECT_EQ(out, "Usage: tonfloss-prepare [OPTIONS] FILE...\ntonfloss-prepare 1.0.0\n");

@@ -1,6 +1,7 @@
 // What is taken for a sound file, and what the report tells about it.
 #include "preview/Report.h"
 #include "support/KnownFile.h"
+#include "support/WaveBytes.h"
 
 #include <gmock/gmock.h>
 
@@ -51,7 +52,9 @@ TEST(SoundFile, IsRefusedForWhatIsWrong)
              {At("\xFF\xEF"), "the load address EFFF is too high: with the size, 152, it is above EFFF"},
              {kPlayer + std::string(28474, '\2') + kRunBytes.substr(20), "more than 28591 bytes"},
              {"RIFF", "it begins neither with a file header nor with the player"},
-             {std::string("RIFF\0\0\0\0WAVE", 12) + std::string(500'000, '\0'),
+             {"ID3\3", "it is a sound for tonfloss-prepare, which makes a recording of it"},
+             {std::string("RIFF\0\0\0\0WAVE", 12), "it is a sound for tonfloss-prepare, which makes a recording of it"},
+             {std::string(WaveBytes()).replace(8, 4, "WAVE") + std::string(500'000, '\0'),
               "it is a recording; drop it on the window of tonfloss, and name the file that you save there"},
          })
         EXPECT_EQ(RefusalOf(file), "no sound file: " + reason);

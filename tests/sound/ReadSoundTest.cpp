@@ -42,7 +42,7 @@ protected:
         try {
             const auto read = Read(file, part);
             const auto* const refusal = std::get_if<Refusal>(&read);
-            return refusal == nullptr ? "" : prepare::Reason(*refusal);
+            return refusal == nullptr ? "" : prepare::Reason(*refusal, {});
         } catch (const files::IOException& failure) {
             return failure.Reason();
         }
@@ -110,7 +110,7 @@ TEST_F(ReadSoundTest, RefusesWhatIsNoSoundToPrepare)
              {tone("fast", {.rate = 10'000'000, .seconds = 0.01}), {}, "It has 10000000 samples a second."},
              {tone("long", {.rate = 8000, .seconds = 49}),
               {.from = 50, .length = {}},
-              "It ends at 0:49.0, before --from."},
+              "It ends at 0:49.0, before --from, which is"},
          })
         EXPECT_NE(RefusalOf(file, part).find(message), std::string::npos) << file << " says " << RefusalOf(file, part);
     EXPECT_EQ(RefusalOf(folder / "long", {.from = 1, .length = {}}), "");

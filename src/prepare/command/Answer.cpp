@@ -1,9 +1,10 @@
 #include "prepare/command/Answer.h"
 
-#include "core/ImageSize.h"
+#include "command/Names.h"
 #include "core/SoundFileHeader.h"
 #include "core/TimeText.h"
 
+#include <algorithm>
 #include <iomanip>
 #include <sstream>
 
@@ -12,16 +13,22 @@ namespace {
 
 using core::TimeText;
 
-std::string Utf8(const std::filesystem::path& path)
+// Wherever a sound lies, and however few bytes it has.
+constexpr auto kExtension = "needed, since the player runs at 80C5 only";
+
+/// Options that take no more of it than that, from where it was to begin.
+std::string BeginningOf(double seconds, const Options& options)
 {
-    const auto text = path.u8string();
-    return {text.begin(), text.end()};
+    return "--from " + TimeText(options.part.from) + " --length " + TimeText(seconds);
 }
 
-std::string LongerThanTaken(const std::string& seconds, double most)
+std::string LongerThanTaken(const std::string& seconds, double most, const Options& options)
 {
-    return seconds + ", and at this rate the window takes " + TimeText(most) +
-           " at most. Take a part of it, for example with --from 0:30 --length 0:20.";
+    auto text = seconds + ", and at this rate the window takes " + TimeText(most) + " at most";
+    for (auto rate = machine::kSampleRates.rbegin(); rate != machine::kSampleRates.rend(); ++rate)
+        if (const auto more = MostSeconds({*rate, options.playback.machine}); more > most)
+            text += ", with --rate " + std::to_string(rate->hertz) + ' ' + TimeText(more);
+    return text + ". Take a part of it, for example with " + BeginningOf(most, options) + '.';
 }
 
 } // namespace
@@ -31,25 +38,26 @@ std::string Answer(const std::filesystem::path& input, const std::filesystem::pa
 {
     const auto inPokEmul = static_cast<std::int64_t>(prepared.runBytes.size()) + 1; // the end mark
     const auto inPC1600 = inPokEmul + core::kTokensPC1600;
-    const bool needsExtension = core::SizeBandOf(inPC1600) == core::SizeBand::NeedsExtension;
-    const auto title = output.filename().u32string().substr(0, core::kTitleTokens);
+    auto title = command::Composed(command::CharactersOf(output.filename())).substr(0, core::kTitleTokens);
+    std::ranges::replace_if(
+        title, [](char32_t c) { return c > 0xFF; }, U'?'); // as the window does
 
     std::ostringstream text;
-    text << "read: " << Utf8(input.filename());
+    text << "read: " << command::Shown(input.filename());
     if (recording.seconds) text << ", " << TimeText(*recording.seconds);
     text << ", " << recording.rate << " Hz, " << recording.channels
          << (recording.channels == 1 ? " channel" : " channels")
          << "\ntaken: " << TimeText(sound::SecondsAt(recording.samples.size())) << " from " << TimeText(recording.from)
          << (recording.isJoined ? "\nnote: another sound is joined to this one in the file, and isn't read" : "")
-         << "\nmade: " << Utf8(output) << ", " << options.playback.rate.hertz << " Hz\nseconds: " << std::fixed
-         << std::setprecision(3) << prepared.seconds << "\nrun bytes: " << inPokEmul << "\nsize: " << inPC1600
-         << " for the PC-1600, " << inPokEmul
-         << " for PokEmul\n32 KB extension: " << (needsExtension ? "needed" : "not needed for the size")
-         << "\ntitle on the machine: " << Utf8(title) << "\nnext: drop the recording on the window of Tonfloss\n";
+         << "\nmade: " << command::Shown(output) << ", " << options.playback.rate.hertz
+         << " Hz\nseconds: " << std::fixed << std::setprecision(3) << prepared.seconds << "\nrun bytes: " << inPokEmul
+         << "\nsize: " << inPC1600 << " for the PC-1600, " << inPokEmul
+         << " for PokEmul\n32 KB extension: " << kExtension << "\ntitle on the machine: " << command::Shown(title)
+         << "\nnext: drop the recording on the window of Tonfloss; for another title, give it another name before\n";
     return text.str();
 }
 
-std::string Reason(const sound::Refusal& refusal)
+std::string Reason(const sound::Refusal& refusal, const Options& options)
 {
     using enum sound::Refusal::Kind;
     const auto seconds = TimeText(refusal.seconds);
@@ -61,7 +69,8 @@ std::string Reason(const sound::Refusal& refusal)
     case Rate:
         return "It has " + std::to_string(refusal.hertz) + " samples a second. From " +
                std::to_string(sound::kLowestRate) + " to " + std::to_string(sound::kHighestRate) + " can be read.";
-    case EndsBeforePart: return "It ends at " + seconds + ", before --from.";
+    case EndsBeforePart:
+        return "It ends at " + seconds + ", before --from, which is " + TimeText(options.part.from) + ".";
     case NoSound: return "There is no sound in it.";
     case NoSoundInPart: return "There is no sound in it behind --from.";
     case Damaged:
@@ -71,9 +80,8 @@ std::string Reason(const sound::Refusal& refusal)
     case DamagedBeforePart: return "It is damaged or cut off at --from, or before it.";
     case FfmpegFails: return "It needs the program ffmpeg, which can't be started: " + refusal.error.message() + ".";
     case FfmpegSilent: return "It needs the program ffmpeg, which gives no answer.";
-    case TooLong: return LongerThanTaken("It lasts " + seconds, refusal.most);
-    case TooMuch: return LongerThanTaken("--length asks for " + seconds, refusal.most);
-    case EndlesslyLong: return LongerThanTaken("It lasts longer than " + TimeText(refusal.most), refusal.most);
+    case TooLong: return LongerThanTaken("It lasts " + seconds, refusal.most, options);
+    case EndlesslyLong: return LongerThanTaken("It lasts longer than " + TimeText(refusal.most), refusal.most, options);
     }
     return "It is damaged, or of a kind that can be read only with the program ffmpeg, which isn't installed. "
            "Debian and Ubuntu: sudo apt install ffmpeg. Windows: winget install ffmpeg.";
@@ -87,8 +95,10 @@ std::string Reason(const Refusal& refusal, const Options& options)
     case Refusal::Kind::Inaudible: return "There is nothing to be heard in it.";
     case Refusal::Kind::TooManyBytes: break;
     }
-    return "It is too long for " + std::to_string(options.size) + " bytes. About " + seconds +
-           " of it would fit: take a part, for example with --from 0:30 --length " + seconds + ".";
+    const auto tooLong = "It is too long for " + std::to_string(options.size) + " bytes. ";
+    if (refusal.seconds == 0) return tooLong + "Not a tenth of a second of it would fit.";
+    return tooLong + "Its first " + seconds + " would fit: take a part, for example with " +
+           BeginningOf(refusal.seconds, options) + '.';
 }
 
 } // namespace prepare

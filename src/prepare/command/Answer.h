@@ -14,7 +14,7 @@ namespace prepare {
                                  const Options& options, const sound::Recording& recording, const Prepared& prepared);
 
 /// Why there is none, to be shown behind the file's name.
-[[nodiscard]] std::string Reason(const sound::Refusal& refusal);
+[[nodiscard]] std::string Reason(const sound::Refusal& refusal, const Options& options);
 [[nodiscard]] std::string Reason(const Refusal& refusal, const Options& options);
 
 } // namespace prepare

@@ -64,14 +64,30 @@ struct Found {
     std::string output;
     std::string kind{NameOf(Options().kind)};
     std::string noise{kNoises.front()};
+    std::optional<double> to; // seconds
     std::string rate = kHertz(Options().playback.rate);
 };
 
-/// Refuses what is none of `names`. The reason ends so.
+/// Refuses what is none of `names`, in any case. The reason ends so.
 CLI::Validator OneOf(std::vector<std::string> names, std::string reason)
 {
-    return {[names = std::move(names), reason = std::move(reason)](const std::string& text) {
-                return std::ranges::count(names, text) == 1 ? std::string() : text + " is none of " + reason;
+    return {[names = std::move(names), reason = std::move(reason)](std::string& text) {
+                const auto lower = CLI::detail::to_lower(text);
+                if (std::ranges::count(names, lower) == 0) return text + " is none of " + reason;
+                return text = lower, std::string();
+            },
+            ""};
+}
+
+/// Makes 12K bytes a number.
+CLI::Validator Kilobytes()
+{
+    return {[](std::string& text) {
+                const auto digits = text.substr(0, text.size() - 1);
+                const auto number = std::strtol(digits.c_str(), nullptr, 10);
+                if ((text.ends_with('K') || text.ends_with('k')) && digits == std::to_string(number))
+                    text = std::to_string(1024 * number);
+                return std::string();
             },
             ""};
 }
@@ -88,23 +104,28 @@ void Describe(CLI::App& app, Options& options, Found& found)
     app.add_option("--for", found.kind,
                    Listed(Texts(kKinds, Explained), "or") + "; " + found.kind + " if nothing is said")
         ->type_name("KIND")
-        ->check(OneOf(kinds, Listed(kinds, "and")));
+        ->transform(OneOf(kinds, Listed(kinds, "and")));
     app.add_option("--noise", found.noise,
                    "What becomes of noise that goes through all of it, " + Listed(kNoises, "or") + "; " + found.noise +
                        " if nothing is said")
         ->type_name("WHAT")
-        ->check(OneOf(kNoises, Listed(kNoises, "and")));
+        ->transform(OneOf(kNoises, Listed(kNoises, "and")));
     app.add_option("--size", options.size,
-                   "What the sound file for the PC-1600 may take; " + std::to_string(options.size) +
+                   "What the sound file for the PC-1600 may take, also in K of 1024; " + std::to_string(options.size) +
                        " if nothing is said")
         ->type_name("BYTES")
+        ->transform(Kilobytes())
         ->transform(command::WholeNumber(kSmallestSize, machine::kLargestSize));
     app.add_option("--from", options.part.from, "Leave out what is before")->type_name("TIME")->transform(Time());
-    app.add_option("--length", options.part.length, "Take no more than this")->type_name("TIME")->transform(Time());
+    auto* const to = app.add_option("--to", found.to, "Leave out what is behind")->type_name("TIME")->transform(Time());
+    app.add_option("--length", options.part.length, "Take no more than this, instead of --to")
+        ->type_name("TIME")
+        ->transform(Time())
+        ->excludes(to);
     app.add_option("--rate", found.rate,
                    "Of the recording, " + Listed(rates, "or") + "; " + found.rate + " if nothing is said")
         ->type_name("HERTZ")
-        ->check(OneOf(rates, "the rates that the machine knows"));
+        ->transform(OneOf(rates, "the rates that the machine knows"));
     command::AddMachine(app, options.playback.machine);
     app.add_flag("--wait", options.waits)->group(""); // of the desktop entry: its terminal closes with the program
 }
@@ -120,6 +141,8 @@ std::variant<Options, command::Ending> ParseOptions(std::vector<std::string> arg
     const auto check = [&] {
         if (found.inputs.size() > 1 && !found.output.empty())
             throw CLI::ValidationError("--output", "it can hold one recording, and there are several files");
+        if (found.to) options.part.length = std::max(0.0, *found.to - options.part.from);
+        if (found.to && options.part.length == 0.0) throw CLI::ValidationError("--to", "nothing is left");
         if (options.part.length == 0.0) throw CLI::ValidationError("--length", "nothing is left");
     };
     if (auto ending = command::Parse(app, std::move(arguments), check)) return std::move(*ending);
