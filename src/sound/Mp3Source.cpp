@@ -44,8 +44,8 @@ bool IsFrame(FileBytes& bytes, std::int64_t begin)
            bits(2, 4, 15) != 15 && bits(2, 2, 3) != 3;
 }
 
-/// Whether a frame that begins so tells how many frames there are. That stands behind the side information, whose length
-/// depends on version and channels.
+/// Whether a frame that begins so tells how many frames there are. That stands behind the side information, whose
+/// length depends on version and channels.
 bool TellsFrames(std::string_view frame)
 {
     for (const auto* const name : {"Xing", "Info"})
