@@ -4,6 +4,7 @@
 #include <cmath>
 #include <regex>
 #include <string>
+#include <vector>
 
 namespace sound {
 namespace {
@@ -16,54 +17,49 @@ constexpr auto kKinds =
     "nut,ogg,oma,paf,pvf,qcp,rm,rso,sbc,sds,shn,smjpeg,sol,sox,svs,swf,tak,truehd,tta,vag,voc,vqf,w64,"
     "wav,wsaud,wtv,wv,wve,xa,xwma";
 
-/// Seconds that the file tells; 0 where it tells none, or none of the sound.
+/// Seconds that the file tells; 0 where it tells none.
 double ToldSeconds(const std::string& complaints)
 {
     static const std::regex kDuration(R"((?:^|\n)  Duration: (\d+):(\d\d):(\d\d\.\d+))");
-    static const std::regex kVideo(R"(\n  Stream #[^\n]*: Video: (?![^\n]*\(attached pic\)))");
     std::smatch told;
     if (complaints.find("Estimating duration from bitrate") != std::string::npos ||
-        std::regex_search(complaints, kVideo) || !std::regex_search(complaints, told, kDuration))
+        !std::regex_search(complaints, told, kDuration))
         return 0;
     return 3600 * std::stod(told[1]) + 60 * std::stod(told[2]) + std::stod(told[3]);
 }
 
+bool HasPictures(const std::string& complaints)
+{
+    static const std::regex kVideo(R"(\n  Stream #[^\n]*: Video: (?![^\n]*\(attached pic\)))");
+    return std::regex_search(complaints, kVideo);
+}
+
+// Seconds: what decoders need at either end is told by some files, too.
+constexpr double kTolerance = 0.25;
+
 } // namespace
 
-std::variant<std::unique_ptr<FfmpegSource>, Refusal> FfmpegSource::Start(const std::filesystem::path& path, double from,
-                                                                         double length, const core::Progress& progress)
+std::variant<std::unique_ptr<FfmpegSource>, Refusal> FfmpegSource::Start(const std::filesystem::path& path, Way way,
+                                                                         double from, double length,
+                                                                         const core::Progress& progress)
 {
     using enum Refusal::Kind;
     const auto name = std::filesystem::absolute(path).u8string();
+    const std::vector<std::string> begin{"-ss", std::to_string(from)};
+    const std::vector<std::string> input{"-i", "file:" + std::string(name.begin(), name.end())};
+    std::vector<std::string> arguments{
+        "-nostdin", "-hide_banner",      "-nostats", "-v", "info", "-xerror", "-protocol_whitelist",
+        "file",     "-format_whitelist", kKinds};
+    for (const auto& next : {way == Way::Seek ? begin : input, way == Way::Seek ? input : begin})
+        arguments.insert(arguments.end(), next.begin(), next.end());
+    for (const auto& next :
+         {"-map", "0:a:0", "-t", std::to_string(length).c_str(), "-c:a", "pcm_f32be", "-f", "au", "pipe:1"})
+        arguments.emplace_back(next);
     std::error_code error;
-    auto program = ChildProgram::Start("ffmpeg",
-                                       {"-nostdin",
-                                        "-hide_banner",
-                                        "-nostats",
-                                        "-v",
-                                        "info",
-                                        "-xerror",
-                                        "-protocol_whitelist",
-                                        "file",
-                                        "-format_whitelist",
-                                        kKinds,
-                                        "-ss",
-                                        std::to_string(from),
-                                        "-i",
-                                        "file:" + std::string(name.begin(), name.end()),
-                                        "-map",
-                                        "0:a:0",
-                                        "-t",
-                                        std::to_string(length),
-                                        "-c:a",
-                                        "pcm_f32be",
-                                        "-f",
-                                        "au",
-                                        "pipe:1"},
-                                       progress, error);
+    auto program = ChildProgram::Start("ffmpeg", arguments, progress, error);
     if (error == std::errc::no_such_file_or_directory) return Refusal{.kind = NoFfmpeg};
     if (!program) return Refusal{.kind = FfmpegFails, .error = error};
-    std::unique_ptr<FfmpegSource> source(new FfmpegSource(std::move(program), from));
+    std::unique_ptr<FfmpegSource> source(new FfmpegSource(std::move(program), from, length));
     if (source->decoded_.IsKnown()) return source;
     if (progress.IsStopped()) return Refusal{.kind = Stopped};
     return Refusal{.kind = source->IsSilent() ? FfmpegSilent : UnknownFormat};
@@ -71,9 +67,15 @@ std::variant<std::unique_ptr<FfmpegSource>, Refusal> FfmpegSource::Start(const s
 
 std::int64_t FfmpegSource::Least() const
 {
-    constexpr double kTolerance = 0.25; // seconds: what decoders need at either end is told by some files, too
-    const auto seconds = ToldSeconds(program_->Complaints()) - from_ - kTolerance;
+    if (HasPictures(program_->Complaints())) return 0;
+    const auto seconds = std::min(ToldSeconds(program_->Complaints()) - from_, length_) - kTolerance;
     return std::llround(std::max(seconds, 0.0) * static_cast<double>(Rate()));
+}
+
+std::optional<double> FfmpegSource::Told() const
+{
+    const auto seconds = ToldSeconds(program_->Complaints());
+    return seconds > 0 ? std::optional(seconds) : std::nullopt;
 }
 
 std::int64_t FfmpegSource::ReadFrames(float* samples, std::int64_t frames)

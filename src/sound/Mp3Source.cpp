@@ -44,8 +44,8 @@ bool IsFrame(FileBytes& bytes, std::int64_t begin)
            bits(2, 4, 15) != 15 && bits(2, 2, 3) != 3;
 }
 
-/// Whether a frame that begins so tells how many frames there are. That stands behind the side information, whose length
-/// depends on version and channels.
+/// Whether a frame that begins so tells how many frames there are. That stands behind the side information, whose
+/// length depends on version and channels.
 bool TellsFrames(std::string_view frame)
 {
     for (const auto* const name : {"Xing", "Info"})
@@ -97,7 +97,7 @@ Mp3Source::Rest Mp3Source::RestOfFile() const
     mpg123_frameinfo last{};
     mpg123_info(handle_.get(), &last);
     const auto begin = mpg123_framepos(handle_.get()) + last.framesize;
-    if (*bytes_.Size() - begin <= kLongestFrame) return IsFrame(bytes_, begin) ? Rest::Damage : Rest::None;
+    if (*bytes_.Size() - begin <= kLongestFrame) return bytes_.Piece(begin, 1) == "\xFF" ? Rest::Damage : Rest::None;
     if (IsFrame(bytes_, BehindTags(bytes_, begin))) return Rest::Sound;
     const auto start = bytes_.Piece(begin, 11);
     const auto startsWith = [&](const char* tag) { return start.starts_with(tag); };
@@ -115,15 +115,24 @@ bool Mp3Source::IsJoined() const
     return RestOfFile() == Rest::Sound;
 }
 
+// The library's own way there goes on behind what breaks the chain, four bytes at a time, to the end of the file.
 void Mp3Source::Skip(std::int64_t frames)
 {
-    if (frames > 0 && mpg123_seek(handle_.get(), static_cast<off_t>(frames), SEEK_CUR) < 0) SoundSource::Skip(frames);
+    if (frames == 0) return;
+    constexpr std::int64_t kBehind = 4; // that it decodes for a start, and what an encoder puts ahead of the sound
+    auto* const handle = handle_.get();
+    const auto last = frames / std::max(mpg123_spf(handle), 1) + kBehind;
+    int result = MPG123_OK;
+    while (mpg123_tellframe(handle) < last && (result == MPG123_OK || result == MPG123_NEW_FORMAT))
+        result = mpg123_framebyframe_next(handle);
+    isAtEnd_ = result == MPG123_ERR || mpg123_seek(handle, static_cast<off_t>(frames), SEEK_SET) < 0;
 }
 
 std::int64_t Mp3Source::ReadFrames(float* samples, std::int64_t frames)
 {
     const auto frame = static_cast<std::size_t>(channels_) * sizeof(float);
     std::size_t done = 0;
+    if (isAtEnd_) return 0;
     // At the end of what holds together it fails; what there is behind that is asked for later.
     mpg123_read(handle_.get(), samples, static_cast<std::size_t>(frames) * frame, &done);
     return static_cast<std::int64_t>(done / frame);

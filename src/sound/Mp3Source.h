@@ -49,6 +49,7 @@ private:
     int channels_ = 0;
     std::int64_t frames_ = 0;
     bool tellsFrames_ = false;
+    bool isAtEnd_ = false; // of what holds together
 };
 
 } // namespace sound

@@ -9,8 +9,8 @@
 namespace sound {
 namespace {
 
-// A page: "OggS", version, flags, position of the sound (8 bytes), number of the stream, of the page, checksum (4 each),
-// count of segments, their lengths, the segments. Numbers begin with the lowest byte.
+// A page: "OggS", version, flags, position of the sound (8 bytes), number of the stream, of the page, checksum (4
+// each), count of segments, their lengths, the segments. Numbers begin with the lowest byte.
 constexpr std::int64_t kHeader = 27; // bytes, without the lengths
 constexpr std::size_t kFlags = 5;
 constexpr std::size_t kStream = 14;

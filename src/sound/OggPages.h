@@ -1,4 +1,5 @@
-// OggPages.h: whether an Ogg file's pages hold together, whatever is in them. Decoders go on behind a gap without a word.
+// OggPages.h: whether an Ogg file's pages hold together, whatever is in them. Decoders go on behind a gap without a
+// word.
 #pragma once
 
 #include "core/Progress.h"

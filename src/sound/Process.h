@@ -27,7 +27,8 @@ public:
     virtual std::optional<int> Status() = 0;
 };
 
-/// Starts the program at `path` without a shell and without input. Null with the reason in `error`. Arguments are UTF-8.
+/// Starts the program at `path` without a shell and without input. Null with the reason in `error`. Arguments are
+/// UTF-8.
 [[nodiscard]] std::unique_ptr<Process> StartProcess(const std::filesystem::path& path,
                                                     const std::vector<std::string>& arguments, std::error_code& error);
 

@@ -98,7 +98,12 @@ public:
             return Refusal{.kind = part_.from > 0 ? Refusal::Kind::NoSoundInPart : Refusal::Kind::NoSound};
         if (SecondsOf(read) > mostSeconds_) return Refusal{.kind = Refusal::Kind::EndlesslyLong, .most = mostSeconds_};
         if (const auto frames = source_.Frames()) recording.seconds = SecondsOf(*frames);
-        if (isAtEnd) recording.seconds = part_.from + SecondsOf(read); // its end was found
+        if (!isAtEnd) return recording;
+        recording.seconds = part_.from + SecondsOf(read); // its end was found
+        constexpr double kEarlier = 0.5;                  // seconds
+        if (const auto told = source_.Told();
+            *recording.seconds < std::min(told.value_or(0), part_.from + LengthAskedFor()) - kEarlier)
+            recording.told = told;
         return recording;
     }
 
@@ -176,9 +181,15 @@ private:
 std::variant<Recording, Refusal> ReadByFfmpeg(const fs::path& path, const Part& part, double mostSeconds,
                                               const core::Progress& progress)
 {
+    using enum FfmpegSource::Way;
     const auto length = std::min(part.length.value_or(HUGE_VAL), mostSeconds + 1);
-    auto started = FfmpegSource::Start(path, part.from, length, progress);
-    if (const auto* const refusal = std::get_if<Refusal>(&started)) return *refusal;
+    auto started = FfmpegSource::Start(path, Seek, part.from, length, progress);
+    const auto* refusal = std::get_if<Refusal>(&started);
+    if (part.from > 0 && refusal != nullptr && refusal->kind == Refusal::Kind::UnknownFormat) {
+        started = FfmpegSource::Start(path, DecodeAll, part.from, length, progress);
+        refusal = std::get_if<Refusal>(&started);
+    }
+    if (refusal != nullptr) return *refusal;
     auto& source = *std::get<std::unique_ptr<FfmpegSource>>(started);
     auto read = Reading(source, part, mostSeconds).Read(0, progress);
     if (source.IsSilent() && std::holds_alternative<Refusal>(read) && !progress.IsStopped())

@@ -33,6 +33,7 @@ struct Recording {
     double from;                   // seconds into it at which the part begins
     Samples samples;               // of the part
     bool isJoined = false;         // to another sound, which isn't read
+    std::optional<double> told{};  // seconds of the whole file, where its sound ends before that, and pictures may not
 };
 
 /// Reads `part` of the file at `path`. Refuses a part that is longer than `mostSeconds`, before any work where the file

@@ -65,4 +65,11 @@ void SndfileSource::Skip(std::int64_t frames)
     SoundSource::Skip(frames);
 }
 
+std::int64_t SndfileSource::ReadFrames(float* samples, std::int64_t frames)
+{
+    const auto read = sf_readf_float(file_.get(), samples, frames);
+    hasFailed_ = hasFailed_ || sf_error(file_.get()) != SF_ERR_NO_ERROR; // which the next call forgets
+    return read;
+}
+
 } // namespace sound

@@ -23,13 +23,10 @@ public:
     [[nodiscard]] std::int64_t Channels() const override { return info_.channels; }
     [[nodiscard]] std::optional<std::int64_t> Frames() const override;
     [[nodiscard]] bool IsExact() const override { return !isCut_ && Frames(); }
-    [[nodiscard]] bool IsBroken() override { return isCut_; }
+    [[nodiscard]] bool IsBroken() override { return isCut_ || (!Frames() && hasFailed_); }
 
     void Skip(std::int64_t frames) override;
-    std::int64_t ReadFrames(float* samples, std::int64_t frames) override
-    {
-        return sf_readf_float(file_.get(), samples, frames);
-    }
+    std::int64_t ReadFrames(float* samples, std::int64_t frames) override;
 
 private:
     struct Closing {
@@ -38,6 +35,7 @@ private:
 
     bool canSeek_;
     bool isCut_;
+    bool hasFailed_ = false; // also on what only stands behind the sound
     SF_INFO info_{};
     std::unique_ptr<SNDFILE, Closing> file_;
 };

@@ -29,6 +29,8 @@ public:
     [[nodiscard]] virtual bool IsExact() const = 0;
     /// So many come from where it began, or the file is damaged.
     [[nodiscard]] virtual std::int64_t Least() const { return IsExact() ? Frames().value_or(0) : 0; }
+    /// Asked at the end: how many seconds the file tells, of pictures maybe, where `Frames` doesn't know.
+    [[nodiscard]] virtual std::optional<double> Told() const { return std::nullopt; }
     /// Asked at the end: it isn't the sound's own.
     [[nodiscard]] virtual bool IsBroken() { return false; }
 

@@ -24,7 +24,8 @@ protected:
             << core::RecordingBytes(machine::RunBytes(20, 9), machine::kSampleRates.front());
         Shell(R"(printf '\377\377\377\377' | dd of=odd.wav bs=4 seek=9999 conv=notrunc
             printf '.snd\0\0\0\30\377\377\377\377\0\0\0\2\0\0\3\350\0\0\0\1' >hour.au; truncate -s 3665024 hour.au
-            echo old >old.wav; ln tone.wav hard.wav; ln old.wav high-ready.wav; ln -s gone.wav dangling.wav; ln tone.wav tone.mp3; mkfifo pipe; mkdir folder; >empty)");
+            echo old >old.wav; ln tone.wav hard.wav; ln old.wav high-ready.wav; ln -s gone.wav dangling.wav
+            ln tone.wav tone.mp3; mkfifo pipe; mkdir folder; >empty)");
     }
 
     /// What the answer says behind `name`.
@@ -128,7 +129,8 @@ TEST_F(PrepareProgram, ShowsABarOnTheTerminal)
 TEST_F(PrepareProgram, LeavesNoProgramBehind)
 {
     Shell(
-        R"(mkdir bin; printf '#!/bin/sh\necho $$ >id; exec sleep 40\n' >bin/ffmpeg; chmod +x bin/ffmpeg; echo no >new)");
+        R"(mkdir bin; echo no >new
+        printf '#!/bin/sh\necho $$ >id; exec sleep 40\n' >bin/ffmpeg; chmod +x bin/ffmpeg)");
     for (const auto* const signal : {"TERM", "KILL"}) {
         Shell("PATH=$PWD/bin:$PATH " PREPARE_PROGRAM " new & until [ -s id ]; do sleep 0.05; done; kill -" +
               std::string(signal) + " $!; sleep 0.2; ps -o stat= -p $(cat id); rm id");

@@ -43,13 +43,16 @@ std::string Answer(const std::filesystem::path& input, const std::filesystem::pa
         title, [](char32_t c) { return c > 0xFF; }, U'?'); // as the window does
 
     std::ostringstream text;
+    const auto note = recording.isJoined
+                          ? std::string("\nnote: another sound is joined to this one in the file, and isn't read")
+                      : recording.told ? "\nnote: the file says that it lasts " + TimeText(*recording.told)
+                                       : std::string();
     text << "read: " << command::Shown(input.filename());
     if (recording.seconds) text << ", " << TimeText(*recording.seconds);
     text << ", " << recording.rate << " Hz, " << recording.channels
          << (recording.channels == 1 ? " channel" : " channels")
          << "\ntaken: " << TimeText(sound::SecondsAt(recording.samples.size())) << " from " << TimeText(recording.from)
-         << (recording.isJoined ? "\nnote: another sound is joined to this one in the file, and isn't read" : "")
-         << "\nmade: " << command::Shown(output) << ", " << options.playback.rate.hertz
+         << note << "\nmade: " << command::Shown(output) << ", " << options.playback.rate.hertz
          << " Hz\nseconds: " << std::fixed << std::setprecision(3) << prepared.seconds << "\nrun bytes: " << inPokEmul
          << "\nsize: " << inPC1600 << " for the PC-1600, " << inPokEmul
          << " for PokEmul\n32 KB extension: " << kExtension << "\ntitle on the machine: " << command::Shown(title)

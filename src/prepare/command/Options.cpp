@@ -114,8 +114,8 @@ void Describe(CLI::App& app, Options& options, Found& found)
                    "What the sound file for the PC-1600 may take, also in K of 1024; " + std::to_string(options.size) +
                        " if nothing is said")
         ->type_name("BYTES")
-        ->transform(Kilobytes())
-        ->transform(command::WholeNumber(kSmallestSize, machine::kLargestSize));
+        ->transform(command::WholeNumber(kSmallestSize, machine::kLargestSize))
+        ->transform(Kilobytes()); // the last one comes first
     app.add_option("--from", options.part.from, "Leave out what is before")->type_name("TIME")->transform(Time());
     auto* const to = app.add_option("--to", found.to, "Leave out what is behind")->type_name("TIME")->transform(Time());
     app.add_option("--length", options.part.length, "Take no more than this, instead of --to")

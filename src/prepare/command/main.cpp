@@ -60,10 +60,10 @@ std::optional<Failure> MakeRecording(const fs::path& input, const Options& optio
     const auto output = OutputFor(input, options);
     const auto isStream = options.output == kStandardOutput;
     const auto existing = options.force ? files::Existing::Replace : files::Existing::Refuse;
-    std::error_code error;
-    if (!isStream && !options.force && fs::exists(fs::symlink_status(output, error))) // a link that leads nowhere, too
-        throw files::IOException(files::IOException::Kind::Exists, output);
     if (!isStream) files::RequireWritable(output, existing, options.inputs);
+    std::error_code error;
+    if (!isStream && !options.force && fs::is_symlink(fs::symlink_status(output, error))) // which leads nowhere
+        throw files::IOException(files::IOException::Kind::Exists, output);
     if (core::IsRecordingOfOurs(files::ReadBytes(input, core::kLargestWaveFile + 1)))
         return Failure{"This is prepared already: drop it on the window of Tonfloss."};
 
