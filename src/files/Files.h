@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 namespace files {
 
@@ -73,10 +74,10 @@ using Producer = std::function<void(const ByteSink& sink)>;
 
 /// Makes the file at `path`, whole and on the disk, or leaves all as it was and throws. A link stays one: what it leads
 /// to is written. A file that is replaced gives its owner, group, rights and attributes to the new one, as far as this
-/// user can; where not, the new one gives fewer rights, never more. Its further hard links keep the old bytes. `source`
-/// is what the bytes are made from, if that is a file: it is never replaced.
+/// user can; where not, the new one gives fewer rights, never more. Its further hard links keep the old bytes. None of
+/// the files `sources` is ever replaced or taken for a leftover, by whatever name.
 void Write(const std::filesystem::path& path, Existing existing, const Producer& produce,
-           const std::filesystem::path& source = {});
+           const std::vector<std::filesystem::path>& sources = {});
 void Write(const std::filesystem::path& path, Existing existing, std::string_view bytes);
 
 /// Writes to the standard output, its bytes as they are.

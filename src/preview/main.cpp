@@ -63,7 +63,7 @@ int Preview(const Options& options)
             command::Show(report); // where it can't be shown, there is no file either
         };
         files::Write(command::PathOf(options.output),
-                     options.force ? files::Existing::Replace : files::Existing::Refuse, waveThenReport, input);
+                     options.force ? files::Existing::Replace : files::Existing::Refuse, waveThenReport, {input});
     }
     return EXIT_SUCCESS;
 }

@@ -228,8 +228,7 @@ TEST_F(Files, WritesOnlyToOrdinaryFilesAndThroughLinksToThem)
     fs::create_symlink("source", folder / "soft");
     for (const auto* const name : {"source", "hard", "soft"}) {
         const auto write = [&](const fs::path& target) {
-            files::Write(
-                target, Existing::Replace, [](const auto& sink) { sink("x"); }, folder / "source");
+            files::Write(target, Existing::Replace, [](const auto& sink) { sink("x"); }, {folder / "source"});
         };
         EXPECT_EQ(Refusal([&] { write(folder / name); }), std::string(name) + ": This is the file that is read.");
     }
@@ -245,8 +244,13 @@ TEST_F(Files, SweepsWhatAKilledProgramLeftButNothingThatAnotherIsWriting)
     const auto busy = Make(".tonfloss-part-2", "another program is writing it");
     const int file = open(busy.c_str(), O_RDWR | O_CLOEXEC);
     ASSERT_EQ(flock(file, LOCK_EX), 0);
-    EXPECT_EQ(Refusal(folder / "SOUND"), "");
-    EXPECT_THAT(Names(), UnorderedElementsAre("SOUND", ".tonfloss-part-2", ".tonfloss-part-", "my.tonfloss-part-1"));
+    const auto source = Make(".tonfloss-part-4", "this is to become a SOUND");
+    const auto before = fs::current_path();
+    fs::current_path(folder); // which a mere name doesn't tell
+    files::Write("SOUND", Existing::Refuse, [](const auto& sink) { sink("x"); }, {source});
+    fs::current_path(before);
+    EXPECT_THAT(Names(), UnorderedElementsAre("SOUND", ".tonfloss-part-2", ".tonfloss-part-4", ".tonfloss-part-",
+                                              "my.tonfloss-part-1"));
     close(file);
 }
 

@@ -52,7 +52,7 @@ std::variant<std::string, Failure> AnswerTo(const fs::path& input, const fs::pat
     const auto& prepared = std::get<Prepared>(made);
     const auto bytes = core::RecordingBytes(prepared.runBytes, options.playback.rate);
     files::Write(
-        output, existing, [&](const files::ByteSink& sink) { sink(bytes); }, input);
+        output, existing, [&](const files::ByteSink& sink) { sink(bytes); }, options.inputs);
     return Answer(input, output, options, job.recording, prepared);
 }
 
