@@ -289,6 +289,8 @@ struct RightsCase {
     unsigned mode; // of the file that is replaced; owner 1234, group 4321
     std::map<std::string, int> failing;
     unsigned left;
+
+    friend void PrintTo(const RightsCase& row, std::ostream* out) { *out << row.name; }
 };
 
 class Rights : public Files, public testing::WithParamInterface<RightsCase> {};
