@@ -15,7 +15,9 @@ int main(int argc, char* argv[])
         App app(*dialogs);
         if (argc > 1) app.RefuseArguments();
         app.Window.Show();
-        return application.Run();
+        const int status = application.Run();
+        files::EndWriting();
+        return status;
     } catch (const std::exception& failure) {
         std::cerr << "tonfloss: " << failure.what() << '\n';
         return EXIT_FAILURE;

@@ -124,6 +124,7 @@ public:
         part_.Close(); // an open file can't be removed everywhere
         std::error_code renamed;
         if (!finished_) fs::remove(path_, renamed);
+        ForgetPart();
     }
     PartFile(const PartFile&) = delete;
     PartFile& operator=(const PartFile&) = delete;

@@ -87,5 +87,7 @@ void WriteStandardOutput(const Producer& produce);
 /// standard output fails with an error: it would end the program, or reach a file of ours. A signal that asks the
 /// program to end takes the half file away first, where the system has such signals.
 void BeginWriting();
+/// What a program calls at its end, if a thread may still be writing: takes its half file away, where the system can.
+void EndWriting();
 
 } // namespace files

@@ -66,6 +66,9 @@ int CreatePart(const fs::path& path, bool /*isPrivate*/)
     return _wopen(path.c_str(), _O_RDWR | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT, _S_IREAD | _S_IWRITE);
 }
 
+void ForgetPart()
+{}
+
 void RemoveLeftover(const fs::path& path)
 {
     std::error_code inUse;
@@ -114,5 +117,8 @@ void SetBinaryStandardOutput()
 
 void BeginWriting()
 {}
+
+void EndWriting()
+{} // a file that is open can't be removed
 
 } // namespace files

@@ -25,6 +25,8 @@ struct Window::Impl : QMainWindow {
     /// As if the file that `copied` holds were dragged over the window and dropped.
     void Paste(const QMimeData& copied);
 
+    [[nodiscard]] bool WaitFor(std::function<void()> work);
+
     EventGate& gate;
     std::string title;
 
@@ -56,6 +58,7 @@ private:
     std::optional<Drag> drag_;
     EventGate::Turn waiting_; // of the drop whose file is being read
     QFutureWatcher<DragItem> file_;
+    bool waitsForWork_ = false;
 };
 
 } // namespace platform
