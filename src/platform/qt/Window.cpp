@@ -9,6 +9,7 @@
 #include <QDropEvent>
 #include <QLayout>
 #include <QMimeData>
+#include <QScreen>
 #include <QWindow>
 
 #include <utility>
@@ -117,9 +118,18 @@ void Window::Impl::showEvent(QShowEvent* /*event*/)
     windowHandle()->installEventFilter(this);
 }
 
+// The window is as high as it is: on a low screen its middle may be the screen's, and its title bar above it.
+void Window::Impl::KeepTitleBarOnScreen()
+{
+    const int hidden = screen()->availableGeometry().top() - frameGeometry().top();
+    if (hidden > 0) move(x(), y() + hidden);
+}
+
 // If the program that the file comes from has died, nobody says that the drag is over, but the pointer is back.
 bool Window::Impl::eventFilter(QObject* /*object*/, QEvent* event)
 {
+    // Its frame isn't known before. Later the user may want it there.
+    if (event->type() == QEvent::Expose && !std::exchange(isExposed_, true)) KeepTitleBarOnScreen();
     const bool isBack = event->type() == QEvent::Enter || event->type() == QEvent::MouseMove;
     if (isBack && drag_ && !drag_->pointerIsBack)
         gate.Run([this] {
