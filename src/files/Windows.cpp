@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <windows.h>
 
 namespace files {
@@ -115,8 +116,15 @@ void SetBinaryStandardOutput()
     _setmode(_fileno(stdout), _O_BINARY);
 }
 
+// A program with a window has no console. What it says goes to that of the shell which has started it, if there is one
+// and the output wasn't sent elsewhere.
 void BeginWriting()
-{}
+{
+    const std::pair<std::FILE*, int> standard[] = {{stdout, STDOUT_FILENO}, {stderr, STDERR_FILENO}};
+    if (!AttachConsole(ATTACH_PARENT_PROCESS)) return;
+    for (const auto& [stream, descriptor] : standard)
+        if (_fileno(stream) < 0 && std::freopen("CONOUT$", "w", stream) != nullptr) _dup2(_fileno(stream), descriptor);
+}
 
 void EndWriting()
 {} // a file that is open can't be removed
