@@ -14,8 +14,9 @@ constexpr MessagePair kNotSaved{.ger = "Ups! Da ist ein Fehler passiert.\nPC-160
 
 } // namespace
 
-// False where the file couldn't be written: the address entry stays open for another try. So does it where the window was
-// closed meanwhile: there is nobody to tell any more. Without a target there is nothing to make, and so nothing to save.
+// False where the file couldn't be written: the address entry stays open for another try. So it does where the window
+// was closed meanwhile: there is nobody to tell any more. Without a target there is nothing to make, and so nothing to
+// save.
 bool Window1::DoSaveAS()
 {
     const auto* const target = Target();

@@ -1,5 +1,5 @@
-// FileThread.h: what asks a file system has a thread of its own, since that may answer late or never. Nobody has to wait
-// for the thread, not even the program's end.
+// FileThread.h: what asks a file system has a thread of its own, since that may answer late or never. Nobody has to
+// wait for the thread, not even the program's end.
 #pragma once
 
 #include "platform/qt/Descriptors.h"
