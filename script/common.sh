@@ -21,7 +21,8 @@ usage() {
     exit 2
 }
 
-# need PACKAGE...: installs those that are missing. Does nothing, quickly, when none is.
+# need PACKAGE...: installs those that are missing, and says before what that changes. Does nothing, quickly, when none
+# is.
 need() {
     local package missing=() as_root=()
     for package; do
@@ -29,8 +30,14 @@ need() {
     done
     [ ${#missing[@]} -gt 0 ] || return 0
     [ "$(id -u)" = 0 ] || as_root=(sudo)
-    echo "Installing ${missing[*]}"
+    echo "Missing: ${missing[*]}"
     "${as_root[@]}" apt-get update -q
+    # With all that comes along. Where it can't be had, the call below says why.
+    apt-get install -s --no-install-recommends "${missing[@]}" 2>/dev/null |
+        awk '$1 == "Inst" { list[$3 ~ /^\[/] = list[$3 ~ /^\[/] " " $2 } $1 == "Remv" { gone = gone " " $2 }
+            END { if (list[0]) print "Installing:" list[0]
+                  if (list[1]) print "Upgrading:" list[1]
+                  if (gone) print "Removing:" gone }' || true
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}"
 }
 

@@ -32,7 +32,7 @@ by_cmake() {
         cmake --install "$part/build/$name"
 }
 
-# by_configure PART SOURCE [OPTION...]
+# by_configure PART SOURCE [OPTION...]: makes all of it, with the variables of make in the caller's array `made`.
 by_configure() {
     local part=$1 name=$2
     shift 2
@@ -41,17 +41,20 @@ by_configure() {
         cd "$part/build/$name" &&
             "$part/sources/$name/configure" --host=x86_64-w64-mingw32 CC=x86_64-w64-mingw32-gcc-posix \
                 --prefix="$part/decoders" --disable-shared "$@" &&
-            make -j "$(nproc)" && make install
+            make -j "$(nproc)" "${made[@]}" && make install "${made[@]}"
     )
 }
 
 build_decoder() {
-    local part=$1 name=$2 options=()
+    local part=$1 name=$2 options=() made=()
     case $name in
     flac) options=(-DBUILD_CXXLIBS=OFF -DINSTALL_MANPAGES=OFF -DWITH_STACK_PROTECTOR=OFF -DWITH_FORTIFY_SOURCE=OFF) ;;
     opus) options=(--disable-extra-programs --disable-doc CFLAGS='-O2 -fno-stack-protector -D_FORTIFY_SOURCE=0') ;;
     lame) options=(--disable-frontend --disable-gtktest CFLAGS=-O2) ;;
-    mpg123) options=(--disable-components --enable-libmpg123 --with-cpu=generic CFLAGS=-O2) ;; # its own assembler hangs
+    mpg123)
+        options=(--with-cpu=generic --with-audio=dummy --disable-modules CFLAGS=-O2) # its own assembler hangs
+        made=(lib_LTLIBRARIES=src/libmpg123/libmpg123.la noinst_LTLIBRARIES= bin_PROGRAMS=) # no outputs, no players
+        ;;
     libsndfile) options=(-DENABLE_MPEG=ON -DENABLE_CPACK=OFF '-DCMAKE_C_FLAGS=-DFLAC__NO_DLL -D_FILE_OFFSET_BITS=64') ;;
     libsoxr) options=(-DWITH_OPENMP=OFF -DWITH_LSR_BINDINGS=OFF) ;;
     esac
@@ -72,7 +75,8 @@ build_decoders() {
 
     echo "Building the decoders for Windows into $dir"
     for name in "${decoders[@]}"; do
-        build_decoder "$part" "$name" >"$part/log" 2>&1 || {
+        # The machine's own libraries aren't those for Windows.
+        PKG_CONFIG_LIBDIR='' PKG_CONFIG_PATH='' build_decoder "$part" "$name" >"$part/log" 2>&1 || {
             tail -n 40 "$part/log"
             return 1
         }

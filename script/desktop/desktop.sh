@@ -4,6 +4,7 @@
 
 desktop_scratch=$(mktemp -d)
 export HOME=$desktop_scratch/home XDG_RUNTIME_DIR=$desktop_scratch/run LC_ALL=C.UTF-8
+export DBUS_SESSION_BUS_ADDRESS=disabled: # where there is none, dbus-x11 would start one, which leaves files in HOME
 unset WAYLAND_DISPLAY XDG_CONFIG_HOME XDG_DOCUMENTS_DIR QT_QPA_PLATFORM
 mkdir -m 700 "$HOME" "$XDG_RUNTIME_DIR"
 trap desktop_end EXIT

@@ -113,6 +113,9 @@ program_start wine "$programs/tonfloss.exe"
 program_end
 before=$(profile)
 
+said=$(wine "$programs/tonfloss.exe" --version)
+[[ $said == "tonfloss "[0-9]* ]] || fail "tonfloss.exe answers --version with: $said"
+
 program_start wine "$programs/tonfloss.exe"
 drop text.wav
 message "Falsches .Wav Format - Kein PCM !"

@@ -7,6 +7,7 @@
 #include <limits>
 #include <random>
 #include <utility>
+#include <vector>
 
 #include <unistd.h>
 
@@ -80,13 +81,19 @@ bool IsPartName(const fs::path& path)
                        [](auto digit) { return digit >= '0' && digit <= '9'; });
 }
 
-/// Takes away what killed programs have left, but nothing that another one is writing.
-void RemoveLeftovers(const fs::path& folder)
+bool IsOneOf(const std::vector<fs::path>& files, const fs::path& path)
+{
+    std::error_code unknown;
+    return std::ranges::any_of(files, [&](const auto& file) { return fs::equivalent(path, file, unknown); });
+}
+
+/// Takes away what killed programs have left, but nothing that another one is writing, and none of the `sources`.
+void RemoveLeftovers(const fs::path& folder, const std::vector<fs::path>& sources)
 {
     std::error_code unreadable;
     for (fs::directory_iterator entry(folder, unreadable), end; !unreadable && entry != end;
          entry.increment(unreadable))
-        if (IsPartName(entry->path())) RemoveLeftover(entry->path());
+        if (IsPartName(entry->path()) && !IsOneOf(sources, entry->path())) RemoveLeftover(entry->path());
 }
 
 /// Where a file is to be written.
@@ -99,11 +106,11 @@ struct Target {
 /// A file under a name of our own beside the one that is meant, until it is whole.
 class PartFile {
 public:
-    explicit PartFile(const Target& target) : target_(target)
+    PartFile(const Target& target, const std::vector<fs::path>& sources) : target_(target)
     {
         constexpr int kTries = 100;
         const auto folder = target.meant.parent_path();
-        RemoveLeftovers(folder);
+        RemoveLeftovers(folder, sources);
         std::random_device number;
         for (int tries = 0; part_.file < 0 && tries < kTries; ++tries) {
             path_ = folder / (std::string(kPartName) + std::to_string(static_cast<std::uint32_t>(number())));
@@ -122,6 +129,7 @@ public:
         part_.Close(); // an open file can't be removed everywhere
         std::error_code renamed;
         if (!finished_) fs::remove(path_, renamed);
+        ForgetPart();
     }
     PartFile(const PartFile&) = delete;
     PartFile& operator=(const PartFile&) = delete;
@@ -155,10 +163,9 @@ Target RequireTarget(const fs::path& path, Existing existing, const std::vector<
     if (const auto refusal = NameRefusal(path)) Fail(path, refusal);
     const bool exists = fs::exists(status);
     if (exists && !fs::is_regular_file(status)) throw IOException(Kind::NoOrdinaryFile, path);
-    for (const auto& source : sources)
-        if (exists && fs::equivalent(path, source, error)) throw IOException(Kind::IsTheSource, path);
+    if (exists && IsOneOf(sources, path)) throw IOException(Kind::IsTheSource, path);
     if (exists && existing == Existing::Refuse) throw IOException(Kind::Exists, path);
-    auto meant = FileMeant(path, error);
+    auto meant = FileMeant(fs::path(".") / path, error); // also of a mere name the folder
     if (error) Fail(path, error);
     if (IsPartName(meant)) Fail(path, std::make_error_code(std::errc::invalid_argument)); // a later one would remove it
     if (exists && !IsWritable(meant)) throw IOException(Kind::WriteProtected, path);
@@ -257,7 +264,7 @@ std::int64_t Reader::Read(void* bytes, std::int64_t count, std::int64_t position
 void Write(const fs::path& path, Existing existing, const Producer& produce, const std::vector<fs::path>& sources)
 {
     const auto target = RequireTarget(path, existing, sources);
-    PartFile part(target);
+    PartFile part(target, sources);
     produce([&](std::string_view bytes) { part.Write(bytes); });
     part.Finish(existing);
 }
@@ -270,7 +277,7 @@ void Write(const fs::path& path, Existing existing, std::string_view bytes)
 void RequireWritable(const fs::path& path, Existing existing, const std::vector<fs::path>& sources)
 {
     const auto target = RequireTarget(path, existing, sources);
-    const PartFile part(target);
+    const PartFile part(target, sources);
 }
 
 void WriteStandardOutput(const Producer& produce)

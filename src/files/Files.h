@@ -93,7 +93,7 @@ using Producer = std::function<void(const ByteSink& sink)>;
 /// Makes the file at `path`, whole and on the disk, or leaves all as it was and throws. A link stays one: what it leads
 /// to is written. A file that is replaced gives its owner, group, rights and attributes to the new one, as far as this
 /// user can; where not, the new one gives fewer rights, never more. Its further hard links keep the old bytes. None of
-/// the files `sources` is ever replaced, by whatever name.
+/// the files `sources` is ever replaced or taken for a leftover, by whatever name.
 void Write(const std::filesystem::path& path, Existing existing, const Producer& produce,
            const std::vector<std::filesystem::path>& sources = {});
 void Write(const std::filesystem::path& path, Existing existing, std::string_view bytes);
@@ -109,5 +109,7 @@ void WriteStandardOutput(const Producer& produce);
 /// standard output fails with an error: it would end the program, or reach a file of ours. A signal that asks the
 /// program to end takes the half file away first, where the system has such signals.
 void BeginWriting();
+/// What a program calls at its end, if a thread may still be writing: takes its half file away, where the system can.
+void EndWriting();
 
 } // namespace files

@@ -1,12 +1,14 @@
 #include "files/Posix.h"
 
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <string>
 #include <string_view>
 
 #include <fcntl.h>
 #include <sys/xattr.h>
+#include <unistd.h>
 
 namespace files {
 namespace {
@@ -31,6 +33,13 @@ bool TakeOver(int part, const std::filesystem::path& target, const char* name)
 int RenameToNew(const std::filesystem::path& part, const std::filesystem::path& target)
 {
     return renameat2(AT_FDCWD, part.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE);
+}
+
+pid_t ForkWithoutFiles()
+{
+    const auto child = _Fork();
+    if (child == 0) close_range(0, UINT_MAX, 0);
+    return child;
 }
 
 // The access lists are those whose names begin with "system.": one of POSIX, others of network file systems.

@@ -12,6 +12,14 @@ int RenameToNew(const std::filesystem::path& part, const std::filesystem::path& 
     return renamex_np(part.c_str(), target.c_str(), RENAME_EXCL);
 }
 
+pid_t ForkWithoutFiles()
+{
+    const auto child = fork();
+    for (int file = 0; child == 0 && file < getdtablesize(); ++file)
+        close(file);
+    return child;
+}
+
 AccessList TakeOverAttributes(int part, const std::filesystem::path& target)
 {
     const int from = open(target.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);

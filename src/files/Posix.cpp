@@ -4,13 +4,17 @@
 #include "files/System.h"
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <csignal>
+#include <cstdlib>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace files {
@@ -25,10 +29,24 @@ bool KnowsNoLocks(int error)
 }
 
 std::array<char, PATH_MAX> lastPart{}; // zeros behind the path
+std::atomic<bool> isPart = false;      // lastPart is one
+
+/// By another process, and nobody waits long for that one: the file system may never answer.
+void RemovePart()
+{
+    constexpr int kWaits = 100;
+    constexpr int kPause = 10; // ms
+    if (!isPart) return;
+    const auto remover = ForkWithoutFiles();
+    if (remover <= 0) unlink(lastPart.data());
+    if (remover == 0) _exit(EXIT_SUCCESS);
+    for (int waits = 0; waits < kWaits && remover > 0 && waitpid(remover, nullptr, WNOHANG) == 0; ++waits)
+        poll(nullptr, 0, kPause);
+}
 
 extern "C" void EndWithoutPart(int signal)
 {
-    unlink(lastPart.data());
+    RemovePart();
     static_cast<void>(std::signal(signal, SIG_DFL));
     static_cast<void>(raise(signal));
 }
@@ -105,6 +123,7 @@ int CreatePart(const fs::path& path, bool isPrivate)
     if (isLocked && lstat(path.c_str(), &status) == 0) {
         lastPart.fill('\0');
         path.native().copy(lastPart.data(), lastPart.size() - 1);
+        isPart = true;
         return file;
     }
     const bool wasTaken = errno == EWOULDBLOCK || errno == ENOENT;
@@ -113,6 +132,11 @@ int CreatePart(const fs::path& path, bool isPrivate)
     close(file);
     errno = error;
     return -1;
+}
+
+void ForgetPart()
+{
+    isPart = false;
 }
 
 void RemoveLeftover(const fs::path& path)
@@ -191,6 +215,11 @@ void BeginWriting()
         static_cast<void>(std::signal(signal, SIG_IGN));
     for (const int signal : {SIGHUP, SIGINT, SIGTERM})
         if (std::signal(signal, EndWithoutPart) == SIG_IGN) static_cast<void>(std::signal(signal, SIG_IGN));
+}
+
+void EndWriting()
+{
+    RemovePart();
 }
 
 } // namespace files

@@ -22,6 +22,8 @@ namespace files {
 /// Opens a file that isn't there yet, locked against RemoveLeftover. EEXIST: try another name. If it `isPrivate`,
 /// nobody but its owner may open it.
 [[nodiscard]] int CreatePart(const std::filesystem::path& path, bool isPrivate);
+/// Says that the file of CreatePart isn't a part any more, or isn't any more: a signal that ends the program leaves it.
+void ForgetPart();
 /// Removes a file that nobody has locked.
 void RemoveLeftover(const std::filesystem::path& path);
 

@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <windows.h>
 
 namespace files {
@@ -71,6 +72,9 @@ int CreatePart(const fs::path& path, bool /*isPrivate*/)
     return _wopen(path.c_str(), _O_RDWR | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT, _S_IREAD | _S_IWRITE);
 }
 
+void ForgetPart()
+{}
+
 void RemoveLeftover(const fs::path& path)
 {
     std::error_code inUse;
@@ -117,7 +121,17 @@ void SetBinaryStandardOutput()
     _setmode(_fileno(stdout), _O_BINARY);
 }
 
+// A program with a window has no console. What it says goes to that of the shell which has started it, if there is one
+// and the output wasn't sent elsewhere.
 void BeginWriting()
-{}
+{
+    const std::pair<std::FILE*, int> standard[] = {{stdout, STDOUT_FILENO}, {stderr, STDERR_FILENO}};
+    if (!AttachConsole(ATTACH_PARENT_PROCESS)) return;
+    for (const auto& [stream, descriptor] : standard)
+        if (_fileno(stream) < 0 && std::freopen("CONOUT$", "w", stream) != nullptr) _dup2(_fileno(stream), descriptor);
+}
+
+void EndWriting()
+{} // a file that is open can't be removed
 
 } // namespace files

@@ -5,6 +5,7 @@
 #include "platform/FolderItem.h"
 #include "platform/Menu.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -52,6 +53,11 @@ protected:
     /// Comes when the drag is over, so that the program it came from isn't held up; also after the two above, for a
     /// file that is pasted.
     virtual void Event_DropObject(const DragItem& item) = 0;
+
+    /// Does `work` in a thread, since a file system may answer late or never, and returns when it is over. Throws what
+    /// the work throws. False: the user has closed the window, and the work may go on for as long as the program does.
+    /// So it has nothing but what is its own. Requires: a turn at the gate, which keeps all else from the window.
+    [[nodiscard]] bool WaitFor(std::function<void()> work);
 
 private:
     friend class Control;

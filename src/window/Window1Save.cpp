@@ -14,8 +14,9 @@ constexpr MessagePair kNotSaved{.ger = "Ups! Da ist ein Fehler passiert.\nPC-160
 
 } // namespace
 
-// False where the file couldn't be written: the address entry stays open for another try. Without a target there is
-// nothing to make, and so nothing to save.
+// False where the file couldn't be written: the address entry stays open for another try. So it does where the window
+// was closed meanwhile: there is nobody to tell any more. Without a target there is nothing to make, and so nothing to
+// save.
 bool Window1::DoSaveAS()
 {
     const auto* const target = Target();
@@ -33,7 +34,8 @@ bool Window1::DoSaveAS()
 
     BinStringPC1600 = core::SoundFileImage(this->*target->header, BinZeile, RuntimeBackgroundTask);
     try {
-        if (chosen) files::Write(chosen->File, chosen->Existing, BinStringPC1600);
+        const auto write = [chosen, bytes = BinStringPC1600] { files::Write(chosen->File, chosen->Existing, bytes); };
+        if (chosen && !WaitFor(write)) return false;
     } catch (const files::IOException& failure) {
         ShowMessage(kNotSaved);
         TellOfFailure(failure);

@@ -228,8 +228,8 @@ TEST_F(Files, WritesOnlyToOrdinaryFilesAndThroughLinksToThem)
     fs::create_symlink("source", folder / "soft");
     for (const auto* const name : {"source", "hard", "soft"}) {
         const auto write = [&](const fs::path& target) {
-            files::Write(
-                target, Existing::Replace, [](const auto& sink) { sink("x"); }, {folder / "none", folder / "source"});
+            files::Write(target, Existing::Replace, [](const auto& sink) { sink("x"); },
+                         {folder / "none", folder / "source"});
         };
         EXPECT_EQ(Refusal([&] { write(folder / name); }), std::string(name) + ": This is the file that is read.");
     }
@@ -245,8 +245,13 @@ TEST_F(Files, SweepsWhatAKilledProgramLeftButNothingThatAnotherIsWriting)
     const auto busy = Make(".tonfloss-part-2", "another program is writing it");
     const int file = open(busy.c_str(), O_RDWR | O_CLOEXEC);
     ASSERT_EQ(flock(file, LOCK_EX), 0);
-    EXPECT_EQ(Refusal(folder / "SOUND"), "");
-    EXPECT_THAT(Names(), UnorderedElementsAre("SOUND", ".tonfloss-part-2", ".tonfloss-part-", "my.tonfloss-part-1"));
+    const auto source = Make(".tonfloss-part-4", "this is to become a SOUND");
+    const auto before = fs::current_path();
+    fs::current_path(folder); // which a mere name doesn't tell
+    files::Write("SOUND", Existing::Refuse, [](const auto& sink) { sink("x"); }, {source});
+    fs::current_path(before);
+    EXPECT_THAT(Names(), UnorderedElementsAre("SOUND", ".tonfloss-part-2", ".tonfloss-part-4", ".tonfloss-part-",
+                                              "my.tonfloss-part-1"));
     close(file);
 }
 
@@ -285,6 +290,8 @@ struct RightsCase {
     unsigned mode; // of the file that is replaced; owner 1234, group 4321
     std::map<std::string, int> failing;
     unsigned left;
+
+    friend void PrintTo(const RightsCase& row, std::ostream* out) { *out << row.name; }
 };
 
 class Rights : public Files, public testing::WithParamInterface<RightsCase> {};

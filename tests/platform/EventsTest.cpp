@@ -200,6 +200,14 @@ TEST_F(Events, NothingStartsWhileAnotherIsUnderWay)
     EXPECT_EQ(dialogs.shown.size(), 3U);
 }
 
+TEST_F(Events, TitleBarIsOnTheScreenHoweverLowThatIs)
+{
+    window.SetTop(-75);
+    window.Show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(main));
+    EXPECT_EQ(main->frameGeometry().top(), 0);
+}
+
 TEST_F(Events, ReturnAndEnterAreToldByTheKey)
 {
     DropTone();

@@ -3,6 +3,21 @@
 #include "support/WindowTest.h"
 #include "window/Targets.h"
 
+#include <sys/syscall.h>
+
+namespace {
+
+std::atomic<bool> hangs = false; // the file system
+
+} // namespace
+
+extern "C" int fsync(int file) // in place of the C library's, for the whole program
+{
+    for (int ms = 0; hangs && ms < 3000; ++ms)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return static_cast<int>(syscall(SYS_fsync, file));
+}
+
 namespace {
 
 class Save : public WindowTest {
@@ -97,6 +112,31 @@ TEST_F(Save, ReplacesNoFileThatTheUserWasNotAskedAbout)
     dialogs.onYield = [] {};
     Enter(U"80C5"); // the dialog asks now
     EXPECT_EQ(Saved().size(), 5000U + 133);
+}
+
+TEST_F(Save, FileSystemThatHangsHoldsNeitherWindowNorUser)
+{
+    ShowPrompts();
+    int drawn = 0;
+    const auto meanwhile = [&](const std::function<void()>& work) {
+        hangs = true;
+        QTimer::singleShot(50, main, [&, work] {
+            drawn = main->grab().isNull() ? 0 : drawn + 1;
+            QTest::keyClick(&Find<QLineEdit>("TextFieldAudioAdresse"), Qt::Key_Return); // nothing else begins
+            Find<QAction>("OptionAudioPokEmul").trigger();
+            work();
+        });
+        Enter(U"80C5");
+        hangs = false;
+    };
+    meanwhile([] { hangs = false; });
+    EXPECT_THAT(dialogs.shown, ElementsAre(kSaved));
+    EXPECT_EQ(Saved(), kFileHeader + kPlayer + kRunBytes);
+    DropTone();
+    meanwhile([&] { EXPECT_TRUE(main->close()); });
+    EXPECT_EQ(dialogs.shown.size(), 2U); // there is nobody to tell
+    EXPECT_EQ(drawn, 2);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return std::distance(std::filesystem::directory_iterator(folder), {}) == 2; }));
 }
 
 TEST_F(Save, AddressIsRefusedWithAnEmptyField)

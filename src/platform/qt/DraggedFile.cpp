@@ -1,31 +1,15 @@
 #include "platform/qt/DraggedFile.h"
 
-#include "platform/qt/Descriptors.h"
+#include "platform/qt/FileThread.h"
 #include "platform/qt/Paths.h"
 
 #include <QPromise>
 
 #include <algorithm>
 #include <thread>
-#include <type_traits>
 #include <utility>
 
 namespace platform {
-namespace {
-
-template <class Work>
-auto InFileThread(Work work)
-{
-    std::packaged_task<std::invoke_result_t<Work>()> task(std::move(work));
-    auto result = task.get_future().share();
-    std::thread([task = std::move(task)]() mutable {
-        ShareNoDescriptors();
-        task();
-    }).detach();
-    return result;
-}
-
-} // namespace
 
 std::optional<std::filesystem::path> DraggedPath(const QMimeData* data)
 {

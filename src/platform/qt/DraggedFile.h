@@ -1,5 +1,4 @@
-// DraggedFile.h: the file that a drag or the clipboard holds. A file system may answer late or never, so whatever asks
-// it has a thread of its own. Nobody waits for that thread, not even the program's end.
+// DraggedFile.h: the file that a drag or the clipboard holds. Whatever asks the file system is done by a FileThread.
 #pragma once
 
 #include "platform/FolderItem.h"

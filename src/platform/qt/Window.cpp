@@ -1,12 +1,15 @@
 #include "platform/qt/WindowImpl.h"
 
 #include "platform/qt/DraggedFile.h"
+#include "platform/qt/FileThread.h"
 #include "platform/qt/MenuImpl.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QDropEvent>
 #include <QLayout>
 #include <QMimeData>
+#include <QScreen>
 #include <QWindow>
 
 #include <utility>
@@ -88,11 +91,26 @@ void Window::Impl::DropWhenRead(EventGate::Turn turn, std::shared_future<DragIte
     if (reads) waiting_ = std::move(turn);
 }
 
+// The thread, which has no descriptor, can't wake the toolkit: it is asked.
+bool Window::Impl::WaitFor(std::function<void()> work)
+{
+    constexpr std::chrono::milliseconds kPause{20};
+    const auto done = InFileThread(std::move(work));
+    waitsForWork_ = true;
+    while (done.wait_for(kPause) != std::future_status::ready) {
+        QCoreApplication::processEvents();
+        if (!waitsForWork_) return false;
+    }
+    waitsForWork_ = false;
+    done.get();
+    return true;
+}
+
 // A file that doesn't answer keeps nobody from closing the window. Nothing is done with it any more.
 void Window::Impl::closeEvent(QCloseEvent* event)
 {
     const auto turn = waiting_ ? std::move(waiting_) : gate.TakeTurn();
-    event->setAccepted(static_cast<bool>(turn));
+    event->setAccepted(turn || std::exchange(waitsForWork_, false));
 }
 
 void Window::Impl::showEvent(QShowEvent* /*event*/)
@@ -100,9 +118,18 @@ void Window::Impl::showEvent(QShowEvent* /*event*/)
     windowHandle()->installEventFilter(this);
 }
 
+// The window is as high as it is: on a low screen its middle may be the screen's, and its title bar above it.
+void Window::Impl::KeepTitleBarOnScreen()
+{
+    const int hidden = screen()->availableGeometry().top() - frameGeometry().top();
+    if (hidden > 0) move(x(), y() + hidden);
+}
+
 // If the program that the file comes from has died, nobody says that the drag is over, but the pointer is back.
 bool Window::Impl::eventFilter(QObject* /*object*/, QEvent* event)
 {
+    // Its frame isn't known before. Later the user may want it there.
+    if (event->type() == QEvent::Expose && !std::exchange(isExposed_, true)) KeepTitleBarOnScreen();
     const bool isBack = event->type() == QEvent::Enter || event->type() == QEvent::MouseMove;
     if (isBack && drag_ && !drag_->pointerIsBack)
         gate.Run([this] {
@@ -207,6 +234,11 @@ void Window::AcceptFileDrop()
 void Window::Invalidate()
 {
     impl_->update();
+}
+
+bool Window::WaitFor(std::function<void()> work)
+{
+    return impl_->WaitFor(std::move(work));
 }
 
 void Window::Show()

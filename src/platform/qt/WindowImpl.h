@@ -25,6 +25,8 @@ struct Window::Impl : QMainWindow {
     /// As if the file that `copied` holds were dragged over the window and dropped.
     void Paste(const QMimeData& copied);
 
+    [[nodiscard]] bool WaitFor(std::function<void()> work);
+
     EventGate& gate;
     std::string title;
 
@@ -52,10 +54,14 @@ private:
     void EndDrag();
     void DropWhenRead(EventGate::Turn turn, std::shared_future<DragItem> noted, std::chrono::milliseconds hover = {});
 
+    void KeepTitleBarOnScreen();
+
     Window& window_;
     std::optional<Drag> drag_;
     EventGate::Turn waiting_; // of the drop whose file is being read
     QFutureWatcher<DragItem> file_;
+    bool waitsForWork_ = false;
+    bool isExposed_ = false;
 };
 
 } // namespace platform
