@@ -1,8 +1,8 @@
 // PeriodEncoder.h: the samples of a recording reduced to one number per cycle of the signal.
 // A period is measured from fall to fall: it ends on the first sample below 128 after one above 128, that sample
 // included, and its run byte is its length in samples. Samples of exactly 128 count but decide nothing.
-// From 254 samples on, 254s are taken off until less than 255 are left; the rest is the period's last byte, also when it
-// is 0. The last two samples are never looked at, and a period that hasn't ended by then leaves no byte.
+// From 254 samples on, 254s are taken off until less than 255 are left; the rest is the period's last byte, also when
+// it is 0. The last two samples are never looked at, and a period that hasn't ended by then leaves no byte.
 #pragma once
 
 #include "core/BackgroundTask.h"

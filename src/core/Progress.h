@@ -8,8 +8,8 @@
 
 namespace core {
 
-/// The whole work, or a stage of it. Work asks at least every 100 ms. Once it is to stop it hurries to its end, and what
-/// it gives back means nothing.
+/// The whole work, or a stage of it. Work asks at least every 100 ms. Once it is to stop it hurries to its end, and
+/// what it gives back means nothing.
 class Progress {
 public:
     /// Told which part of the whole is done, from 0 to 1, never less than before. False: stop.

@@ -21,8 +21,8 @@ Periods PeriodsFor(const Job& job, const core::Progress& progress)
     return {};
 }
 
-/// How much of the sound from its beginning on fits, in whole tenths of a second, where the whole takes so many `bytes`.
-/// It is tried, since a beginning may take more than its share.
+/// How much of the sound from its beginning on fits, in whole tenths of a second, where the whole takes so many
+/// `bytes`. It is tried, since a beginning may take more than its share.
 double SecondsThatFit(const Job& job, std::size_t bytes, const core::Progress& progress)
 {
     constexpr double kTenth = 0.1;

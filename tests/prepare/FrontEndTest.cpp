@@ -13,7 +13,7 @@ struct FrontEnd {
     std::vector<double> told;
     double stopsAt = 2;
 
-    /// What becomes of a second of the file: the seconds that it plays; -1 where it was stopped, -2 where it was refused.
+    /// What becomes of a second of the file: the seconds that it plays; -1 where it was stopped, -2 where refused.
     double Run(const std::filesystem::path& file, Kind kind, std::size_t mostRunBytes)
     {
         const core::Progress progress([&](double done) { return told.push_back(done), done < stopsAt; });

@@ -162,7 +162,7 @@ TEST(PreparedSound, IsNoneWhereNothingIsHeard)
 
 TEST(PreparedSound, IsLikeTheSound)
 {
-    // Of each: the least colour and rhythm, the most run bytes, the least of them silent, from when to when it is heard.
+    // Of each: the least colour and rhythm, the most run bytes, the least of them silent, from when to when heard.
     // What there is of the first three, and what a fault leaves, stands above it.
     for (const auto& [kind, sound, colour, rhythm, most, silent, from, to] :
          std::vector<std::tuple<Kind, sound::Samples, double, double, std::size_t, std::ptrdiff_t, double, double>>{
