@@ -89,8 +89,7 @@ TEST_F(ReadSoundTest, TakesEachKindWithItsLengthPitchAndLevel)
 TEST_F(ReadSoundTest, TakesEachChannelAndSilenceForWhatIsNoNumber)
 {
     for (int channel = 0; channel < 6; ++channel) {
-        const auto file =
-            WriteTone(folder / "six", SF_FORMAT_WAV | SF_FORMAT_FLOAT, {.channels = 6, .on = channel});
+        const auto file = WriteTone(folder / "six", SF_FORMAT_WAV | SF_FORMAT_FLOAT, {.channels = 6, .on = channel});
         auto bytes = ::Read(file);
         bytes.replace(bytes.size() / 48 * 24, 8, "\0\0\xC0\x7F\0\0\x80\x7F", 8); // NaN and infinity, amid it
         const auto samples = std::get<Recording>(Read(Write("six", bytes))).samples;
