@@ -53,10 +53,12 @@ void AddPeak(const Peak& peak, Saliences& saliences)
     float weight = WeightOf(peak);
     for (int partial = 1; partial <= kPartials; ++partial, weight *= kPartialWeight) {
         const float pitch = steps - StepsTo(partial);
-        const float last = std::min(kPitches - 1.0F, std::floor(pitch + kReach));
-        for (float k = std::max(0.0F, std::ceil(pitch - kReach)); k <= last; ++k) {
-            const float c = std::cos((k - pitch) * (std::numbers::pi_v<float> / 2 / kReach));
-            saliences[static_cast<std::size_t>(k)] += weight * c * c;
+        if (pitch + kReach < 0) break; // so are the others
+        const auto first = static_cast<std::size_t>(std::max(0.0F, std::ceil(pitch - kReach)));
+        const auto last = static_cast<std::size_t>(std::min(kPitches - 1.0F, std::floor(pitch + kReach)));
+        for (auto k = first; k <= last; ++k) {
+            const float c = std::cos((static_cast<float>(k) - pitch) * (std::numbers::pi_v<float> / 2 / kReach));
+            saliences[k] += weight * c * c;
         }
     }
 }
@@ -112,7 +114,7 @@ private:
 /// `sound` through two high-passes of one pole each: without an offset, hum and rumble, which are no tones of a tune.
 sound::Samples WithoutLows(std::span<const float> sound)
 {
-    constexpr float kFollows = static_cast<float>(2 * std::numbers::pi * kLowTones / sound::kRate);
+    constexpr auto kFollows = static_cast<float>(2 * std::numbers::pi * kLowTones / sound::kRate);
     sound::Samples high(sound.begin(), sound.end());
     for (int pole = 0; pole < 2; ++pole) {
         float low = high.empty() ? 0 : high.front();

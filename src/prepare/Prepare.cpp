@@ -25,17 +25,16 @@ Periods PeriodsFor(const Job& job, const core::Progress& progress)
 /// `bytes`. It is tried, since a beginning may take more than its share.
 double SecondsThatFit(const Job& job, std::size_t bytes, const core::Progress& progress)
 {
-    constexpr double kTenth = 0.1;
     const auto& samples = job.recording.samples;
     const auto share = static_cast<double>(job.limits.runBytes) / static_cast<double>(bytes);
-    auto tenths = std::floor(sound::SecondsAt(samples.size()) * share / kTenth);
-    for (; tenths > 0; tenths = std::floor(tenths * 0.9)) {
+    auto tenths = static_cast<int>(10 * sound::SecondsAt(samples.size()) * share);
+    for (; tenths > 0; tenths = tenths * 9 / 10) {
         auto beginning = job;
-        beginning.recording.samples.resize(std::min(samples.size(), sound::SamplesIn(tenths * kTenth)));
+        beginning.recording.samples.resize(std::min(samples.size(), sound::SamplesIn(tenths / 10.0)));
         const auto size = PeriodsFor(beginning, progress).runBytes.size();
         if (progress.IsStopped() || (size > 0 && size <= job.limits.runBytes)) break;
     }
-    return tenths * kTenth;
+    return tenths / 10.0;
 }
 
 } // namespace
