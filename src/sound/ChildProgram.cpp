@@ -35,7 +35,7 @@ bool ChildProgram::GoesOn()
     return progress_.GoesOn() && !IsSilent();
 }
 
-std::int64_t ChildProgram::Read(void* bytes, std::int64_t count)
+std::int64_t ChildProgram::ReadAt(std::int64_t /*position*/, void* bytes, std::int64_t count)
 {
     std::int64_t done = 0;
     while (done < count && GoesOn()) {
@@ -48,7 +48,6 @@ std::int64_t ChildProgram::Read(void* bytes, std::int64_t count)
         done += read;
         lastByte_ = Clock::now();
     }
-    position_ += done;
     return done;
 }
 

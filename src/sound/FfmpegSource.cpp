@@ -58,6 +58,7 @@ std::variant<std::unique_ptr<FfmpegSource>, Refusal> FfmpegSource::Start(const s
     if (error == std::errc::no_such_file_or_directory) return Refusal{.kind = NoFfmpeg};
     if (!program) return Refusal{.kind = FfmpegFails, .error = error};
     std::unique_ptr<FfmpegSource> source(new FfmpegSource(std::move(program), from, length));
+    source->program_->RethrowFailure();
     if (source->decoded_.IsKnown()) return source;
     if (progress.IsStopped()) return Refusal{.kind = Stopped};
     return Refusal{.kind = source->IsSilent() ? FfmpegSilent : UnknownFormat};
@@ -78,7 +79,9 @@ std::optional<double> FfmpegSource::Told() const
 
 std::int64_t FfmpegSource::ReadFrames(float* samples, std::int64_t frames)
 {
-    return decoded_.ReadFrames(samples, frames);
+    const auto read = decoded_.ReadFrames(samples, frames);
+    program_->RethrowFailure();
+    return read;
 }
 
 } // namespace sound
