@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace sound {
@@ -34,9 +35,9 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    ChildProgram(std::unique_ptr<Process> process, const core::Progress& progress)
+    ChildProgram(std::unique_ptr<Process> process, core::Progress progress)
         : process_(std::move(process)),
-          progress_(progress)
+          progress_(std::move(progress))
     {}
 
     std::int64_t ReadAt(std::int64_t position, void* bytes, std::int64_t count) override;

@@ -6,16 +6,17 @@
 #include "sound/ByteSource.h"
 
 #include <string>
+#include <utility>
 
 namespace sound {
 
 class FileBytes : public ByteSource {
 public:
     /// Throws a files::IOException for what can't be opened.
-    FileBytes(const std::filesystem::path& path, const core::Progress& progress)
+    FileBytes(const std::filesystem::path& path, core::Progress progress)
         : file_(path),
           size_(file_.Size()),
-          progress_(progress)
+          progress_(std::move(progress))
     {}
 
     [[nodiscard]] std::optional<std::int64_t> Size() const override { return size_; }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <iomanip>
+#include <ranges>
 #include <sstream>
 
 namespace prepare {
@@ -25,9 +26,9 @@ std::string BeginningOf(double seconds, const Options& options)
 std::string LongerThanTaken(const std::string& seconds, double most, const Options& options)
 {
     auto text = seconds + ", and at this rate the window takes " + TimeText(most) + " at most";
-    for (auto rate = machine::kSampleRates.rbegin(); rate != machine::kSampleRates.rend(); ++rate)
-        if (const auto more = MostSeconds({*rate, options.playback.machine}); more > most)
-            text += ", with --rate " + std::to_string(rate->hertz) + ' ' + TimeText(more);
+    for (const auto& rate : std::ranges::reverse_view(machine::kSampleRates))
+        if (const auto more = MostSeconds({rate, options.playback.machine}); more > most)
+            text += ", with --rate " + std::to_string(rate.hertz) + ' ' + TimeText(more);
     return text + ". Take a part of it, for example with " + BeginningOf(most, options) + '.';
 }
 
