@@ -16,9 +16,9 @@ void WaitAMoment()
 std::unique_ptr<ChildProgram> ChildProgram::Start(const std::string& name, const std::vector<std::string>& arguments,
                                                   const core::Progress& progress, std::error_code& error)
 {
-    const auto programs = ProgramsNamed(name);
-    if (programs.empty()) return error = std::make_error_code(std::errc::no_such_file_or_directory), nullptr;
-    auto process = StartProcess(programs.front(), arguments, error);
+    const auto program = ProgramNamed(name);
+    if (program.empty()) return error = std::make_error_code(std::errc::no_such_file_or_directory), nullptr;
+    auto process = StartProcess(program, arguments, error);
     if (!process) return nullptr;
     return std::unique_ptr<ChildProgram>(new ChildProgram(std::move(process), progress));
 }

@@ -144,7 +144,7 @@ std::unique_ptr<Process> StartProcess(const fs::path& path, const std::vector<st
 }
 
 // In this program's own folder, too. Windows by itself would also take one that lies beside the sound file.
-std::vector<fs::path> ProgramsNamed(const std::string& name)
+fs::path ProgramNamed(const std::string& name)
 {
     std::vector<wchar_t> text(32768); // the longest
     const auto capacity = static_cast<DWORD>(text.size());
@@ -153,12 +153,11 @@ std::vector<fs::path> ProgramsNamed(const std::string& name)
     if (const auto length = GetEnvironmentVariableW(L"PATH", text.data(), capacity); length > 0 && length < capacity)
         all += L';' + std::wstring(text.data(), length);
     std::wistringstream folders(all);
-    std::vector<fs::path> found;
     std::error_code unreadable;
     for (std::wstring folder; std::getline(folders, folder, L';');)
         if (const auto program = fs::path(folder) / (name + ".exe"); !folder.empty() && fs::exists(program, unreadable))
-            found.push_back(program);
-    return found;
+            return program;
+    return {};
 }
 
 } // namespace sound
