@@ -1,6 +1,7 @@
 #include "prepare/command/Options.h"
 
 #include "command/CommandLine.h"
+#include "command/Names.h"
 #include "core/SoundFileHeader.h"
 #include "core/TimeText.h"
 
