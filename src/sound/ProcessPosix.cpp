@@ -140,7 +140,7 @@ fs::path ProgramNamed(const std::string& name)
     std::istringstream folders(path == nullptr ? _PATH_DEFPATH : path);
     fs::path found;
     for (std::string folder; std::getline(folders, folder, ':');) {
-        const auto program = fs::path(folder) / name;
+        auto program = fs::path(folder) / name;
         if (folder.empty() || access(program.c_str(), F_OK) != 0) continue;
         if (access(program.c_str(), X_OK) == 0) return program;
         if (found.empty()) found = program;

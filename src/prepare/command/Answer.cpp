@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <iomanip>
-#include <ranges>
 #include <sstream>
 
 namespace prepare {
@@ -23,9 +22,11 @@ std::string BeginningOf(double seconds, const Options& options)
 std::string LongerThanTaken(const std::string& seconds, double most, const Options& options)
 {
     auto text = seconds + ", and at this rate the window takes " + TimeText(most) + " at most";
-    for (const auto& rate : std::ranges::reverse_view(machine::kSampleRates))
+    for (auto k = machine::kSampleRates.size(); k-- > 0;) {
+        const auto& rate = machine::kSampleRates[k];
         if (const auto more = MostSeconds({rate, options.playback.machine}); more > most)
             text += ", with --rate " + std::to_string(rate.hertz) + ' ' + TimeText(more);
+    }
     return text + ". Take a part of it, for example with " + BeginningOf(most, options) + '.';
 }
 
