@@ -2,13 +2,12 @@
 #pragma once
 
 #include "command/Messages.h"
-#include "command/Names.h"
 #include "machine/Timing.h"
 
 #include <CLI/CLI.hpp>
 
 #include <cstdint>
-#include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>

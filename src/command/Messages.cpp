@@ -38,17 +38,17 @@ int Show(const Ending& ending)
     return ending.status;
 }
 
-void Complain(std::string_view program, std::string_view what, std::string_view reason)
+void Complain(std::string_view program, const std::filesystem::path& what, std::string_view reason)
 {
     std::cerr << program << ": ";
-    if (!what.empty()) std::cerr << Shown(PathOf(what)) << ": ";
+    if (!what.empty()) std::cerr << Shown(what) << ": ";
     std::cerr << reason << '\n';
 }
 
-void Complain(std::string_view program, std::string_view what, const std::exception& failure)
+void Complain(std::string_view program, const std::filesystem::path& what, const std::exception& failure)
 {
     if (const auto* const ofFile = dynamic_cast<const files::IOException*>(&failure))
-        Complain(program, ofFile->Name(), ReasonOf(*ofFile));
+        Complain(program, ofFile->File, ReasonOf(*ofFile));
     else
         Complain(program, what, failure.what());
 }

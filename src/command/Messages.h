@@ -2,6 +2,7 @@
 #pragma once
 
 #include <exception>
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -22,9 +23,10 @@ void Show(std::string_view text);
 /// Where it belongs; gives its status back.
 int Show(const Ending& ending);
 
-void Complain(std::string_view program, std::string_view what, std::string_view reason);
+/// `what` is a file, or empty.
+void Complain(std::string_view program, const std::filesystem::path& what, std::string_view reason);
 /// About `failure`, which `what` had, unless `failure` names a file itself.
-void Complain(std::string_view program, std::string_view what, const std::exception& failure);
+void Complain(std::string_view program, const std::filesystem::path& what, const std::exception& failure);
 
 /// What `main` is to do: gives `run` the arguments, without the program's name, and tells what it throws. The status.
 int Run(std::string_view program, int argc, char* argv[], const std::function<int(std::vector<std::string>)>& run);

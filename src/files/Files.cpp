@@ -213,15 +213,9 @@ FileState StateOf(const fs::path& path)
 std::string ReadBytes(const fs::path& path, const FileState& state, std::uint64_t atMost)
 {
     RequireState(path, state);
-    const Descriptor source(OpenToRead(path));
-    if (source.file < 0) Fail(path, LastError());
     std::string bytes(std::min(state.Length, atMost), '\0');
-    for (std::size_t done = 0; done < bytes.size();) {
-        const auto count = read(source.file, &bytes[done], static_cast<unsigned>(bytes.size() - done));
-        if (count < 0) Fail(path, LastError());
-        if (count == 0) throw IOException(Kind::BeingChanged, path);
-        done += static_cast<std::size_t>(count);
-    }
+    if (Reader(path).Read(bytes.data(), std::ssize(bytes), 0) < std::ssize(bytes))
+        throw IOException(Kind::BeingChanged, path);
     RequireState(path, state);
     return bytes;
 }

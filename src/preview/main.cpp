@@ -1,4 +1,5 @@
 #include "command/CommandLine.h"
+#include "command/Names.h"
 #include "files/Files.h"
 #include "preview/Report.h"
 #include "preview/SoundFile.h"
@@ -41,12 +42,12 @@ int Preview(const Options& options)
     const auto input = command::PathOf(options.input);
     const auto parsed = ParseSoundFile(files::ReadBytes(input, kLargestFile + 1));
     if (const auto* const refusal = std::get_if<Refusal>(&parsed)) {
-        command::Complain(kProgram, options.input, refusal->reason);
+        command::Complain(kProgram, input, refusal->reason);
         return EXIT_FAILURE;
     }
     const auto& sound = std::get<SoundFile>(parsed);
     for (const auto& warning : WarningsOf(sound))
-        command::Complain(kProgram, options.input, "warning: " + warning);
+        command::Complain(kProgram, input, "warning: " + warning);
     const auto report = ReportOn(sound, options.machine);
     const auto wave = [&](const files::ByteSink& sink) {
         WriteWave(machine::PerformanceOf(sound.runBytes, {.rate = sound.sampleRate, .machine = options.machine}),

@@ -16,9 +16,9 @@ void WaitAMoment()
 std::unique_ptr<ChildProgram> ChildProgram::Start(const std::string& name, const std::vector<std::string>& arguments,
                                                   const core::Progress& progress, std::error_code& error)
 {
-    const auto programs = ProgramsNamed(name);
-    if (programs.empty()) return error = std::make_error_code(std::errc::no_such_file_or_directory), nullptr;
-    auto process = StartProcess(programs.front(), arguments, error);
+    const auto program = ProgramNamed(name);
+    if (program.empty()) return error = std::make_error_code(std::errc::no_such_file_or_directory), nullptr;
+    auto process = StartProcess(program, arguments, error);
     if (!process) return nullptr;
     return std::unique_ptr<ChildProgram>(new ChildProgram(std::move(process), progress));
 }
@@ -35,7 +35,7 @@ bool ChildProgram::GoesOn()
     return progress_.GoesOn() && !IsSilent();
 }
 
-std::int64_t ChildProgram::Read(void* bytes, std::int64_t count)
+std::int64_t ChildProgram::ReadAt(std::int64_t /*position*/, void* bytes, std::int64_t count)
 {
     std::int64_t done = 0;
     while (done < count && GoesOn()) {
@@ -48,7 +48,6 @@ std::int64_t ChildProgram::Read(void* bytes, std::int64_t count)
         done += read;
         lastByte_ = Clock::now();
     }
-    position_ += done;
     return done;
 }
 

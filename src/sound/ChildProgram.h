@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace sound {
@@ -22,12 +23,8 @@ public:
                                                              const std::vector<std::string>& arguments,
                                                              const core::Progress& progress, std::error_code& error);
 
-    /// Of what it writes. Ends, too, where for kLongestSilence nothing comes.
-    std::int64_t Read(void* bytes, std::int64_t count) override;
-    std::int64_t Position() override { return position_; }
-    void Seek(std::int64_t /*position*/) override {}
-    std::optional<std::int64_t> Size() override { return std::nullopt; }
-
+    [[nodiscard]] std::optional<std::int64_t> Size() const override { return std::nullopt; }
+    /// The reading ends, too, where for so long nothing comes.
     static constexpr std::chrono::seconds kLongestSilence{30};
     [[nodiscard]] bool IsSilent() const { return Clock::now() - lastByte_ >= kLongestSilence; }
     /// What it has written to its standard error so far; no more than the beginning.
@@ -38,17 +35,17 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    ChildProgram(std::unique_ptr<Process> process, const core::Progress& progress)
+    ChildProgram(std::unique_ptr<Process> process, core::Progress progress)
         : process_(std::move(process)),
-          progress_(progress)
+          progress_(std::move(progress))
     {}
 
+    std::int64_t ReadAt(std::int64_t position, void* bytes, std::int64_t count) override;
     /// Takes its complaints, which would hold it up otherwise. Whether to wait on.
     bool GoesOn();
 
     std::unique_ptr<Process> process_;
     core::Progress progress_;
-    std::int64_t position_ = 0;
     std::string complaints_;
     Clock::time_point lastByte_ = Clock::now();
 };

@@ -45,21 +45,20 @@ std::variant<std::unique_ptr<FfmpegSource>, Refusal> FfmpegSource::Start(const s
 {
     using enum Refusal::Kind;
     const auto name = std::filesystem::absolute(path).u8string();
-    const std::vector<std::string> begin{"-ss", std::to_string(from)};
-    const std::vector<std::string> input{"-i", "file:" + std::string(name.begin(), name.end())};
+    std::vector<std::string> input{"-i", "file:" + std::string(name.begin(), name.end())};
+    input.insert(way == Way::Seek ? input.begin() : input.end(), {"-ss", std::to_string(from)});
     std::vector<std::string> arguments{
         "-nostdin", "-hide_banner",      "-nostats", "-v", "info", "-xerror", "-protocol_whitelist",
         "file",     "-format_whitelist", kKinds};
-    for (const auto& next : {way == Way::Seek ? begin : input, way == Way::Seek ? input : begin})
-        arguments.insert(arguments.end(), next.begin(), next.end());
-    for (const auto& next :
-         {"-map", "0:a:0", "-t", std::to_string(length).c_str(), "-c:a", "pcm_f32be", "-f", "au", "pipe:1"})
-        arguments.emplace_back(next);
+    arguments.insert(arguments.end(), input.begin(), input.end());
+    arguments.insert(arguments.end(),
+                     {"-map", "0:a:0", "-t", std::to_string(length), "-c:a", "pcm_f32be", "-f", "au", "pipe:1"});
     std::error_code error;
     auto program = ChildProgram::Start("ffmpeg", arguments, progress, error);
     if (error == std::errc::no_such_file_or_directory) return Refusal{.kind = NoFfmpeg};
     if (!program) return Refusal{.kind = FfmpegFails, .error = error};
     std::unique_ptr<FfmpegSource> source(new FfmpegSource(std::move(program), from, length));
+    source->program_->RethrowFailure();
     if (source->decoded_.IsKnown()) return source;
     if (progress.IsStopped()) return Refusal{.kind = Stopped};
     return Refusal{.kind = source->IsSilent() ? FfmpegSilent : UnknownFormat};
@@ -80,7 +79,9 @@ std::optional<double> FfmpegSource::Told() const
 
 std::int64_t FfmpegSource::ReadFrames(float* samples, std::int64_t frames)
 {
-    return decoded_.ReadFrames(samples, frames);
+    const auto read = decoded_.ReadFrames(samples, frames);
+    program_->RethrowFailure();
+    return read;
 }
 
 } // namespace sound

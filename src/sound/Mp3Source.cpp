@@ -8,11 +8,6 @@
 namespace sound {
 namespace {
 
-FileBytes& BytesOf(void* data)
-{
-    return *static_cast<FileBytes*>(data);
-}
-
 constexpr std::int64_t kTagHeader = 10; // bytes
 
 /// Of the tag that begins there; 0 for none.
@@ -71,14 +66,9 @@ Mp3Source::Mp3Source(FileBytes& bytes) : bytes_(bytes), handle_(mpg123_new(nullp
     mpg123_replace_reader_handle(
         handle,
         [](void* data, void* to, std::size_t count) -> ssize_t {
-            return BytesOf(data).Read(to, static_cast<std::int64_t>(count));
+            return static_cast<FileBytes*>(data)->Read(to, static_cast<std::int64_t>(count));
         },
-        [](void* data, off_t offset, int whence) -> off_t {
-            auto& all = BytesOf(data);
-            const auto from = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? all.Position() : *all.Size();
-            all.Seek(from + offset);
-            return all.Position();
-        },
+        [](void* data, off_t by, int whence) -> off_t { return static_cast<FileBytes*>(data)->Seek(by, whence); },
         nullptr);
     int encoding = 0;
     if (mpg123_open_handle(handle, &bytes) != MPG123_OK ||

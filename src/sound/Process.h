@@ -23,7 +23,7 @@ public:
 
     /// Up to so many bytes of those that are there now; 0 at the end, -1 where there are none yet.
     virtual std::int64_t ReadNow(Stream stream, void* bytes, std::int64_t count) = 0;
-    /// Its exit status, where it has ended; -1 where it was killed.
+    /// Its exit status, where it has ended; not 0 where it was killed.
     virtual std::optional<int> Status() = 0;
 };
 
@@ -32,8 +32,8 @@ public:
 [[nodiscard]] std::unique_ptr<Process> StartProcess(const std::filesystem::path& path,
                                                     const std::vector<std::string>& arguments, std::error_code& error);
 
-/// The files that the name of a program may mean, the first that can be started first. None is in the current folder by
-/// an empty element of the search path, which some systems take for it.
-[[nodiscard]] std::vector<std::filesystem::path> ProgramsNamed(const std::string& name);
+/// The file that the name of a program means: the first that can be started, else the first of that name, else empty.
+/// None is in the current folder by an empty element of the search path, which some systems take for it.
+[[nodiscard]] std::filesystem::path ProgramNamed(const std::string& name);
 
 } // namespace sound

@@ -134,15 +134,17 @@ std::unique_ptr<Process> StartProcess(const fs::path& path, const std::vector<st
     return nullptr;
 }
 
-std::vector<fs::path> ProgramsNamed(const std::string& name)
+fs::path ProgramNamed(const std::string& name)
 {
     const auto* const path = std::getenv("PATH");
     std::istringstream folders(path == nullptr ? _PATH_DEFPATH : path);
-    std::vector<fs::path> found;
-    for (std::string folder; std::getline(folders, folder, ':');)
-        if (const auto program = fs::path(folder) / name; !folder.empty() && access(program.c_str(), F_OK) == 0)
-            found.push_back(program);
-    std::ranges::stable_partition(found, [](const auto& program) { return access(program.c_str(), X_OK) == 0; });
+    fs::path found;
+    for (std::string folder; std::getline(folders, folder, ':');) {
+        auto program = fs::path(folder) / name;
+        if (folder.empty() || access(program.c_str(), F_OK) != 0) continue;
+        if (access(program.c_str(), X_OK) == 0) return program;
+        if (found.empty()) found = program;
+    }
     return found;
 }
 

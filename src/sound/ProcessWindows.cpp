@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <array>
+#include <cstdlib>
 #include <sstream>
 #include <utility>
 
@@ -45,6 +45,11 @@ bool Open(Pipe& opened)
     SetHandleInformation(toRead, HANDLE_FLAG_INHERIT, 0);
     opened = {.toRead = Handle(toRead), .toWrite = Handle(toWrite)};
     return true;
+}
+
+std::error_code LastError()
+{
+    return {static_cast<int>(GetLastError()), std::system_category()};
 }
 
 /// What is in it ends with its last handle, and that is closed when this program ends.
@@ -133,18 +138,23 @@ std::unique_ptr<Process> StartProcess(const fs::path& path, const std::vector<st
                               &how, &started) != 0;
     }
     if (!runs) {
-        error = {static_cast<int>(GetLastError()), std::system_category()};
+        error = LastError();
         return nullptr;
     }
-    AssignProcessToJobObject(job, started.hProcess);
+    Handle process(started.hProcess);
     const Handle thread(started.hThread);
+    if (AssignProcessToJobObject(job, process) == 0) { // nothing else would end it
+        error = LastError();
+        TerminateProcess(process, EXIT_FAILURE);
+        return nullptr;
+    }
     ResumeThread(thread);
-    return std::make_unique<WindowsProcess>(std::move(job), Handle(started.hProcess), std::move(output.toRead),
+    return std::make_unique<WindowsProcess>(std::move(job), std::move(process), std::move(output.toRead),
                                             std::move(complaints.toRead));
 }
 
 // In this program's own folder, too. Windows by itself would also take one that lies beside the sound file.
-std::vector<fs::path> ProgramsNamed(const std::string& name)
+fs::path ProgramNamed(const std::string& name)
 {
     std::vector<wchar_t> text(32768); // the longest
     const auto capacity = static_cast<DWORD>(text.size());
@@ -153,12 +163,11 @@ std::vector<fs::path> ProgramsNamed(const std::string& name)
     if (const auto length = GetEnvironmentVariableW(L"PATH", text.data(), capacity); length > 0 && length < capacity)
         all += L';' + std::wstring(text.data(), length);
     std::wistringstream folders(all);
-    std::vector<fs::path> found;
     std::error_code unreadable;
     for (std::wstring folder; std::getline(folders, folder, L';');)
         if (const auto program = fs::path(folder) / (name + ".exe"); !folder.empty() && fs::exists(program, unreadable))
-            found.push_back(program);
-    return found;
+            return program;
+    return {};
 }
 
 } // namespace sound

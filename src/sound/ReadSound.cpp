@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <numeric>
 #include <string>
 #include <string_view>
@@ -19,6 +20,14 @@ namespace sound {
 namespace {
 
 namespace fs = std::filesystem;
+
+using Result = std::variant<Recording, Refusal>;
+
+struct Request {
+    const fs::path& path;
+    const Part& part;
+    double mostSeconds;
+};
 
 /// Takes samples at any rate and appends them to a Sound.
 class Resampler {
@@ -48,10 +57,8 @@ private:
             std::size_t taken = 0;
             soxr_process(soxr_, samples, count, &taken, samples_.data() + before, room, &made);
             samples_.resize(before + made);
-            if (samples != nullptr) {
-                samples += taken;
-                count -= taken;
-            }
+            samples += taken;
+            count -= taken;
         } while (count > 0 || (samples == nullptr && made > 0));
     }
 
@@ -74,16 +81,15 @@ bool ReachesEnd(const Recording& recording)
 /// What is read of a source.
 class Reading {
 public:
-    Reading(SoundSource& source, const Part& part, double mostSeconds)
+    Reading(SoundSource& source, const Request& request)
         : source_(source),
-          part_(part),
-          mostSeconds_(mostSeconds)
+          part_(request.part),
+          mostSeconds_(request.mostSeconds)
     {}
 
     /// Reads the part, which begins so many seconds behind where the source is.
-    [[nodiscard]] std::variant<Recording, Refusal> Read(double behind, const core::Progress& progress) const
+    [[nodiscard]] Result Read(double behind, const core::Progress& progress) const
     {
-        if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
         if (const auto refusal = RefusalAtOnce()) return *refusal;
         const auto begin = FramesIn(behind);
         source_.Skip(begin);
@@ -92,7 +98,6 @@ public:
         const auto most = FramesToRead();
         const auto read = ReadInto(recording.samples, most, progress);
         const bool isAtEnd = read < most;
-        if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
         if (isAtEnd && (begin + read < source_.Least() || source_.IsBroken())) return Damage(read);
         if (recording.samples.empty())
             return Refusal{.kind = part_.from > 0 ? Refusal::Kind::NoSoundInPart : Refusal::Kind::NoSound};
@@ -178,51 +183,43 @@ private:
 };
 
 /// What nothing else can read: ffmpeg makes it a format that can be read from a pipe.
-std::variant<Recording, Refusal> ReadByFfmpeg(const fs::path& path, const Part& part, double mostSeconds,
-                                              const core::Progress& progress)
+Result ReadByFfmpeg(const Request& request, const core::Progress& progress)
 {
     using enum FfmpegSource::Way;
-    const auto length = std::min(part.length.value_or(HUGE_VAL), mostSeconds + 1);
-    auto started = FfmpegSource::Start(path, Seek, part.from, length, progress);
+    const auto from = request.part.from;
+    const auto length = std::min(request.part.length.value_or(HUGE_VAL), request.mostSeconds + 1);
+    auto started = FfmpegSource::Start(request.path, Seek, from, length, progress);
     const auto* refusal = std::get_if<Refusal>(&started);
-    if (part.from > 0 && refusal != nullptr && refusal->kind == Refusal::Kind::UnknownFormat) {
-        started = FfmpegSource::Start(path, DecodeAll, part.from, length, progress);
+    if (from > 0 && refusal != nullptr && refusal->kind == Refusal::Kind::UnknownFormat) {
+        started = FfmpegSource::Start(request.path, DecodeAll, from, length, progress);
         refusal = std::get_if<Refusal>(&started);
     }
     if (refusal != nullptr) return *refusal;
     auto& source = *std::get<std::unique_ptr<FfmpegSource>>(started);
-    auto read = Reading(source, part, mostSeconds).Read(0, progress);
-    if (source.IsSilent() && std::holds_alternative<Refusal>(read) && !progress.IsStopped())
-        return Refusal{.kind = Refusal::Kind::FfmpegSilent};
+    auto read = Reading(source, request).Read(0, progress);
+    if (source.IsSilent() && std::holds_alternative<Refusal>(read)) return Refusal{.kind = Refusal::Kind::FfmpegSilent};
     return read;
 }
 
-std::variant<Recording, Refusal> ReadMp3(FileBytes& bytes, const fs::path& path, const Part& part, double mostSeconds,
-                                         const core::Progress& progress)
+/// What `source`, which is at the file's beginning, makes of it, or else ffmpeg. `isJoined` is asked behind its end.
+Result ReadBy(auto& source, const Request& request, const core::Progress& progress, const auto& isJoined)
 {
-    Mp3Source source(bytes);
     if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
-    if (!source.IsKnown()) return ReadByFfmpeg(path, part, mostSeconds, progress);
-    auto read = Reading(source, part, mostSeconds).Read(part.from, progress);
+    if (!source.IsKnown()) return ReadByFfmpeg(request, progress);
+    auto read = Reading(source, request).Read(request.part.from, progress);
     if (auto* const recording = std::get_if<Recording>(&read))
-        recording->isJoined = ReachesEnd(*recording) && source.IsJoined();
+        recording->isJoined = ReachesEnd(*recording) && isJoined();
     return read;
 }
 
-std::variant<Recording, Refusal> ReadOgg(FileBytes& bytes, const fs::path& path, const Part& part, double mostSeconds,
-                                         const core::Progress& progress)
+Result ReadOgg(FileBytes& bytes, const Request& request, const core::Progress& progress)
 {
     constexpr double kChecked = 0.3; // of the time
     const auto pages = CheckPages(bytes, progress.Stage(0, kChecked));
     bytes.EndAt(pages.end);
     SndfileSource source(bytes, !pages.isWhole);
-    if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
     if (!source.IsKnown() && !pages.isWhole) return Refusal{.kind = Refusal::Kind::Damaged};
-    if (!source.IsKnown()) return ReadByFfmpeg(path, part, mostSeconds, progress);
-    auto read = Reading(source, part, mostSeconds).Read(part.from, progress.Stage(kChecked, 1));
-    if (auto* const recording = std::get_if<Recording>(&read))
-        recording->isJoined = ReachesEnd(*recording) && pages.isJoined;
-    return read;
+    return ReadBy(source, request, progress.Stage(kChecked, 1), [&] { return pages.isJoined; });
 }
 
 /// Whether another FLAC file begins somewhere behind the place up to which this one was read, roughly.
@@ -240,30 +237,27 @@ bool HasAnotherFlac(FileBytes& bytes)
     return false;
 }
 
-std::variant<Recording, Refusal> ReadBytes(FileBytes& bytes, const fs::path& path, const Part& part, double mostSeconds,
-                                           const core::Progress& progress)
+Result ReadBytes(FileBytes& bytes, const Request& request, const core::Progress& progress)
 {
     if (bytes.Size() == 0) return Refusal{.kind = Refusal::Kind::EmptyFile};
-    if (IsMpeg(bytes)) return ReadMp3(bytes, path, part, mostSeconds, progress);
-    if (IsOgg(bytes)) return ReadOgg(bytes, path, part, mostSeconds, progress);
+    if (IsOgg(bytes)) return ReadOgg(bytes, request, progress);
+    if (IsMpeg(bytes)) {
+        Mp3Source source(bytes);
+        return ReadBy(source, request, progress, [&] { return source.IsJoined(); });
+    }
     FillInDataSize(bytes);
     SndfileSource source(bytes);
-    if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
-    if (!source.IsKnown()) return ReadByFfmpeg(path, part, mostSeconds, progress);
-    auto read = Reading(source, part, mostSeconds).Read(part.from, progress);
-    if (auto* const recording = std::get_if<Recording>(&read); recording != nullptr && source.IsFlac())
-        recording->isJoined = ReachesEnd(*recording) && HasAnotherFlac(bytes);
-    return read;
+    return ReadBy(source, request, progress, [&] { return source.IsFlac() && HasAnotherFlac(bytes); });
 }
 
 } // namespace
 
-std::variant<Recording, Refusal> ReadSound(const fs::path& path, const Part& part, double mostSeconds,
-                                           const core::Progress& progress)
+Result ReadSound(const fs::path& path, const Part& part, double mostSeconds, const core::Progress& progress)
 {
     FileBytes bytes(path, progress);
-    auto read = ReadBytes(bytes, path, part, mostSeconds, progress);
+    auto read = ReadBytes(bytes, {.path = path, .part = part, .mostSeconds = mostSeconds}, progress);
     bytes.RethrowFailure();
+    if (progress.IsStopped()) return Refusal{.kind = Refusal::Kind::Stopped};
     return read;
 }
 

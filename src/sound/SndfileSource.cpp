@@ -18,12 +18,7 @@ SF_VIRTUAL_IO Calls()
 {
     SF_VIRTUAL_IO calls{};
     calls.get_filelen = [](void* data) { return sf_count_t{BytesOf(data).Size().value_or(SF_COUNT_MAX)}; };
-    calls.seek = [](sf_count_t offset, int whence, void* data) -> sf_count_t {
-        auto& bytes = BytesOf(data);
-        const auto from = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? bytes.Position() : bytes.Size().value_or(0);
-        bytes.Seek(from + offset);
-        return bytes.Position();
-    };
+    calls.seek = [](sf_count_t by, int whence, void* data) -> sf_count_t { return BytesOf(data).Seek(by, whence); };
     calls.read = [](void* to, sf_count_t count, void* data) -> sf_count_t { return BytesOf(data).Read(to, count); };
     calls.tell = [](void* data) -> sf_count_t { return BytesOf(data).Position(); };
     return calls;

@@ -10,7 +10,7 @@
 
 namespace sound {
 
-class SndfileSource : public SoundSource {
+class SndfileSource final : public SoundSource {
 public:
     /// `bytes` stay somebody else's. What comes behind them is missing where it `isCut`.
     explicit SndfileSource(ByteSource& bytes, bool isCut = false);

@@ -13,9 +13,6 @@ namespace {
 
 using core::TimeText;
 
-// Wherever a sound lies, and however few bytes it has.
-constexpr auto kExtension = "needed, since the player runs at 80C5 only";
-
 /// Options that take no more of it than that, from where it was to begin.
 std::string BeginningOf(double seconds, const Options& options)
 {
@@ -25,9 +22,11 @@ std::string BeginningOf(double seconds, const Options& options)
 std::string LongerThanTaken(const std::string& seconds, double most, const Options& options)
 {
     auto text = seconds + ", and at this rate the window takes " + TimeText(most) + " at most";
-    for (auto rate = machine::kSampleRates.rbegin(); rate != machine::kSampleRates.rend(); ++rate)
-        if (const auto more = MostSeconds({*rate, options.playback.machine}); more > most)
-            text += ", with --rate " + std::to_string(rate->hertz) + ' ' + TimeText(more);
+    for (auto k = machine::kSampleRates.size(); k-- > 0;) {
+        const auto& rate = machine::kSampleRates[k];
+        if (const auto more = MostSeconds({rate, options.playback.machine}); more > most)
+            text += ", with --rate " + std::to_string(rate.hertz) + ' ' + TimeText(more);
+    }
     return text + ". Take a part of it, for example with " + BeginningOf(most, options) + '.';
 }
 
@@ -55,7 +54,8 @@ std::string Answer(const std::filesystem::path& input, const std::filesystem::pa
          << note << "\nmade: " << command::Shown(output) << ", " << options.playback.rate.hertz
          << " Hz\nseconds: " << std::fixed << std::setprecision(3) << prepared.seconds << "\nrun bytes: " << inPokEmul
          << "\nsize: " << inPC1600 << " for the PC-1600, " << inPokEmul
-         << " for PokEmul\n32 KB extension: " << kExtension << "\ntitle on the machine: " << command::Shown(title)
+         << " for PokEmul\n32 KB extension: needed, since the player runs at 80C5 only\ntitle on the machine: "
+         << command::Shown(title)
          << "\nnext: drop the recording on the window of Tonfloss; for another title, give it another name before\n";
     return text.str();
 }

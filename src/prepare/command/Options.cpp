@@ -1,6 +1,7 @@
 #include "prepare/command/Options.h"
 
 #include "command/CommandLine.h"
+#include "command/Names.h"
 #include "core/SoundFileHeader.h"
 #include "core/TimeText.h"
 
@@ -49,12 +50,16 @@ std::string Explained(Kind kind)
 std::vector<std::string> Texts(const auto& values, const auto& text)
 {
     std::vector<std::string> texts;
+    texts.reserve(values.size());
     for (const auto& value : values)
         texts.emplace_back(text(value));
     return texts;
 }
 
-const std::vector<std::string> kNoises{"reduce", "keep"};
+std::vector<std::string> Noises()
+{
+    return {"reduce", "keep"};
+}
 
 const auto kHertz = [](const machine::SampleRate& rate) { return std::to_string(rate.hertz); };
 
@@ -63,7 +68,7 @@ struct Found {
     std::vector<std::string> inputs;
     std::string output;
     std::string kind{NameOf(Options().kind)};
-    std::string noise{kNoises.front()};
+    std::string noise{Noises().front()};
     std::optional<double> to; // seconds
     std::string rate = kHertz(Options().playback.rate);
 };
@@ -106,10 +111,10 @@ void Describe(CLI::App& app, Options& options, Found& found)
         ->type_name("KIND")
         ->transform(OneOf(kinds, Listed(kinds, "and")));
     app.add_option("--noise", found.noise,
-                   "What becomes of noise that goes through all of it, " + Listed(kNoises, "or") + "; " + found.noise +
+                   "What becomes of noise that goes through all of it, " + Listed(Noises(), "or") + "; " + found.noise +
                        " if nothing is said")
         ->type_name("WHAT")
-        ->transform(OneOf(kNoises, Listed(kNoises, "and")));
+        ->transform(OneOf(Noises(), Listed(Noises(), "and")));
     app.add_option("--size", options.size,
                    "What the sound file for the PC-1600 may take, also in K of 1024; " + std::to_string(options.size) +
                        " if nothing is said")
@@ -150,7 +155,7 @@ std::variant<Options, command::Ending> ParseOptions(std::vector<std::string> arg
         options.inputs.push_back(command::PathOf(input));
     options.output = command::PathOf(found.output);
     options.kind = *std::ranges::find(kKinds, found.kind, NameOf);
-    options.noise = found.noise == kNoises.front() ? Noise::TakenOut : Noise::Kept;
+    options.noise = found.noise == Noises().front() ? Noise::TakenOut : Noise::Kept;
     options.playback.rate = *std::ranges::find(machine::kSampleRates, found.rate, kHertz);
     return options;
 }

@@ -42,11 +42,6 @@ std::string RecordingOf(const Prepared& prepared, const machine::SampleRate& rat
     return bytes;
 }
 
-/// Why there is no answer: English, to be shown behind the file's name.
-struct Failure {
-    std::string reason;
-};
-
 constexpr auto kStandardOutput = "-";
 
 fs::path OutputFor(const fs::path& input, const Options& options)
@@ -54,58 +49,70 @@ fs::path OutputFor(const fs::path& input, const Options& options)
     return options.output.empty() ? OutputBeside(input) : options.output;
 }
 
-/// What becomes of `input`: the answer, once the recording is where it belongs and somebody has seen it.
-std::optional<Failure> MakeRecording(const fs::path& input, const Options& options)
+files::Existing ExistingOf(const Options& options)
+{
+    return options.force ? files::Existing::Replace : files::Existing::Refuse;
+}
+
+/// Throws where the recording couldn't be put there, before any work is done.
+void RequirePlace(const fs::path& output, const Options& options)
+{
+    if (output == kStandardOutput) return;
+    files::RequireWritable(output, ExistingOf(options), options.inputs);
+    std::error_code error;
+    if (!options.force && fs::is_symlink(fs::symlink_status(output, error))) // which leads nowhere
+        throw files::IOException(files::IOException::Kind::Exists, output);
+}
+
+void Deliver(const std::string& recording, const std::string& answer, const fs::path& output, const Options& options)
+{
+    if (output == kStandardOutput) {
+        std::cerr << answer;
+        return command::Show(recording);
+    }
+    const auto recordingThenAnswer = [&](const files::ByteSink& sink) {
+        sink(recording);
+        command::Show(answer); // where it can't be shown, there is no file either
+    };
+    files::Write(output, ExistingOf(options), recordingThenAnswer, options.inputs);
+}
+
+/// Makes the recording of `input`, puts it where it belongs and tells of it; or the reason why there is none.
+std::optional<std::string> MakeRecording(const fs::path& input, const Options& options)
 {
     const auto output = OutputFor(input, options);
-    const auto isStream = options.output == kStandardOutput;
-    const auto existing = options.force ? files::Existing::Replace : files::Existing::Refuse;
-    if (!isStream) files::RequireWritable(output, existing, options.inputs);
-    std::error_code error;
-    if (!isStream && !options.force && fs::is_symlink(fs::symlink_status(output, error))) // which leads nowhere
-        throw files::IOException(files::IOException::Kind::Exists, output);
+    RequirePlace(output, options);
     if (core::IsRecordingOfOurs(files::ReadBytes(input, core::kLargestWaveFile + 1)))
-        return Failure{"This is prepared already: drop it on the window of Tonfloss."};
+        return "This is prepared already: drop it on the window of Tonfloss.";
 
     command::Bar bar;
     const core::Progress progress([&](double done) { return bar.Show(done), true; });
     auto read = sound::ReadSound(input, options.part, MostSeconds(options.playback), progress.Stage(0, 0.1));
-    if (const auto* const refusal = std::get_if<sound::Refusal>(&read)) return Failure{Reason(*refusal, options)};
+    if (const auto* const refusal = std::get_if<sound::Refusal>(&read)) return Reason(*refusal, options);
     const auto room = static_cast<std::size_t>(options.size - core::kTokensPC1600 - 1); // the end mark
     const Job job{.recording = std::move(std::get<sound::Recording>(read)),
                   .kind = options.kind,
                   .noise = options.noise,
                   .limits = {.playback = options.playback, .runBytes = room}};
     const auto made = Prepare(job, progress.Stage(0.1, 1));
-    if (const auto* const refusal = std::get_if<Refusal>(&made)) return Failure{Reason(*refusal, options)};
+    if (const auto* const refusal = std::get_if<Refusal>(&made)) return Reason(*refusal, options);
     const auto& prepared = std::get<Prepared>(made);
     const auto bytes = RecordingOf(prepared, options.playback.rate);
     const auto answer = Answer(input, output, options, job.recording, prepared);
     bar.End();
-    if (isStream) {
-        std::cerr << answer;
-        command::Show(bytes);
-        return std::nullopt;
-    }
-    const auto recordingThenAnswer = [&](const files::ByteSink& sink) {
-        sink(bytes);
-        command::Show(answer); // where it can't be shown, there is no file either
-    };
-    files::Write(output, existing, recordingThenAnswer, options.inputs);
+    Deliver(bytes, answer, output, options);
     return std::nullopt;
 }
 
 /// False where `input` couldn't be prepared: the user has been told.
 bool IsPrepared(const fs::path& input, const Options& options)
 {
-    const auto text = input.u8string();
-    const std::string name(text.begin(), text.end());
     try {
-        const auto failure = MakeRecording(input, options);
-        if (failure) command::Complain(kProgram, name, failure->reason);
-        return !failure;
+        const auto reason = MakeRecording(input, options);
+        if (reason) command::Complain(kProgram, input, *reason);
+        return !reason;
     } catch (const std::exception& failure) {
-        command::Complain(kProgram, name, failure);
+        command::Complain(kProgram, input, failure);
         return false;
     }
 }
@@ -120,7 +127,7 @@ bool HasTakenName(const fs::path& input, const Options& options)
     for (const auto& other : options.inputs) {
         if (&other == &input) return false;
         if (nameOf(other) != nameOf(input)) continue;
-        command::Complain(kProgram, command::Shown(input),
+        command::Complain(kProgram, input,
                           "Its recording would have the same name as that of " + command::Shown(other) +
                               ". Prepare each by itself, with -o.");
         return true;
