@@ -16,7 +16,10 @@ EVERY = 3  # of the recordings of speech
 
 
 def spoken(*options, disturb=None):
-    return lambda: "{:.3f}, {:.0f}".format(*speech.measure(speech.prepare(*options), disturb, EVERY))
+    def told():
+        understood, *_, size = speech.measure(speech.prepare(*options), disturb, EVERY)
+        return f"{understood:.3f}, {size:.0f}"
+    return told
 
 
 def tunes(recordings):

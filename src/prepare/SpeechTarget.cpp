@@ -121,8 +121,8 @@ void Move(const sound::Samples& direction, double share, sound::Samples& target)
         sample *= gain;
 }
 
-/// The list that is most like speech of all that are chosen for targets which `likeness` draws, beginning with `target`:
-/// in each round the direction at what is chosen is added. A list's score is linear in its wave and the choice finds
+/// The list that is most like the speech of all that are chosen for targets which `likeness` draws, beginning with
+/// `target`: in each round the direction at what is chosen is added. A list's score is linear in its wave and the choice finds
 /// the greatest, so this is dual averaging (Nesterov: Primal-dual subgradient methods for convex problems, 2009).
 machine::RunBytes SpeechList(sound::Samples target, const SpeechLikeness& likeness, const Limits& limits,
                              core::Steps& steps)
