@@ -16,7 +16,10 @@ EVERY = 3  # of the recordings of speech
 
 
 def spoken(*options, disturb=None):
-    return lambda: "{:.3f}, {:.0f}".format(*speech.measure(speech.prepare(*options), disturb, EVERY))
+    def told():
+        understood, *_, size = speech.measure(speech.prepare(*options), disturb, EVERY)
+        return f"{understood:.3f}, {size:.0f}"
+    return told
 
 
 def tunes(recordings):
@@ -35,7 +38,7 @@ def pauses():
     return f"{silence / (0.5 * (len(words) - 1)):.2f}, {size / speech.seconds(words):.0f}"
 
 
-MEASURES = {"speech": spoken(), "half": spoken("--size", "{half}"),
+MEASURES = {"speech": spoken(), "half": spoken("--size", "{half}"), "sound": spoken("--for", "sound"),
             "white": spoken(disturb=partial(speech.white, 10)), "hum": spoken(disturb=partial(speech.hum, 10)),
             "pauses": pauses}
 
@@ -56,11 +59,25 @@ ROWS = [
     ("lowest, Hz", "Likeness.h", "kLowest = 100", ["kLowest = 50", "kLowest = 200"], "speech"),
     ("highest, Hz", "Likeness.h", "kHighest = 5500", ["kHighest = 4000", "kHighest = 8000"], "speech"),
     ("levelled bands", "SpeechTarget.cpp", "bands(15,", ["bands(8,", "bands(30,"], "speech"),
-    ("least price", "SpeechTarget.cpp", ".least = 0.085F", [".least = 0.0425F", ".least = 0.17F"], "speech"),
-    ("approaches", "Likeness.h", "kApproaches = 3", ["kApproaches = 1", "kApproaches = 6"], "speech"),
-    ("its bands", "Likeness.cpp", "bands(20,", ["bands(10,", "bands(40,"], "speech"),
-    ("its step", "Likeness.cpp", "kStep = 0.25F", ["kStep = 0", "kStep = 0.5F"], "speech"),
-    ("its gain at most", "Likeness.cpp", "kMost = 2;", ["kMost = 1.4F;", "kMost = 4;"], "speech"),
+    ("least price", "SpeechTarget.cpp", ".least = 0.07F", [".least = 0.035F", ".least = 0.14F"], "speech"),
+    ("rounds", "SpeechTarget.cpp", "kRounds = 8", ["kRounds = 4", "kRounds = 12"], "speech"),
+    ("first step", "SpeechTarget.cpp", "kFirstStep = 0.45", ["kFirstStep = 0.3", "kFirstStep = 0.7"], "speech"),
+    ("next step", "SpeechTarget.cpp", "kNextStep = 0.8", ["kNextStep = 0.7", "kNextStep = 0.9"], "speech"),
+    ("bytes wanted", "SpeechTarget.cpp", "kWanted = 0.99", ["kWanted = 0.97"], "half"),
+    ("cheaper by", "SpeechTarget.cpp", "kCheaper = 0.85", ["kCheaper = 0.7"], "half"),
+    ("dearer by", "SpeechTarget.cpp", "kDearer = 1.18", ["kDearer = 1.4"], "half"),
+    ("rhythm's floor", "SpeechLikeness.cpp", "kFloor = 1e-7", ["kFloor = 1e-5"], "speech"),
+    ("from segment to segment", "SpeechLikeness.cpp", "kHop = 4", ["kHop = 1", "kHop = 8"], "speech"),
+    ("bands of colour", "SpeechLikeness.cpp", "MelBands(24,", ["MelBands(16,", "MelBands(32,"], "speech"),
+    ("soft in a colour", "SpeechLikeness.cpp", "kSoft = 1e-3F", ["kSoft = 1e-2F", "kSoft = 1e-4F"], "speech"),
+    ("silent frames", "SpeechLikeness.cpp", "kSilent = 1e-4", ["kSilent = 1e-2"], "speech"),
+    ("frames without colour", "SpeechLikeness.cpp", "kColourless = 1e-3F", ["kColourless = 1e-2F",
+     "kColourless = 1e-4F"], "speech"),
+    ("least price of a sound", "SpeechTarget.cpp", ".least = 0.085F", [".least = 0.0425F", ".least = 0.17F"], "sound"),
+    ("approaches", "Likeness.h", "kApproaches = 3", ["kApproaches = 1", "kApproaches = 6"], "sound"),
+    ("its bands", "Likeness.cpp", "bands(20,", ["bands(10,", "bands(40,"], "sound"),
+    ("its step", "Likeness.cpp", "kStep = 0.25F", ["kStep = 0", "kStep = 0.5F"], "sound"),
+    ("its gain at most", "Likeness.cpp", "kMost = 2;", ["kMost = 1.4F;", "kMost = 4;"], "sound"),
     ("faintest, dB", "Likeness.cpp", "kFaintest = -40", ["kFaintest = -30"], "speech"),
     ("deep silence, s", "PeriodChoice.cpp", "kDeepSilence = 0.030", ["kDeepSilence = 0.015", "kDeepSilence = 0.060"],
      "pauses"),

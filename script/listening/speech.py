@@ -11,7 +11,7 @@ import numpy as np
 from scipy import signal
 from scipy.io import wavfile
 
-from estoi import RATE, estoi
+from estoi import RATE, estoi, log_mel_likeness, stoi
 
 BUILD = Path(sys.argv[1])
 WORDS = "/usr/share/asterisk/sounds/en_US_f_Allison/"  # of one speaker
@@ -97,28 +97,29 @@ def stretched(recording, times, offset, length):
 
 
 def understood(sound, heard, times):
-    """ESTOI where the two fit best: what is cut off in front isn't told."""
+    """The measures where the two fit best by ESTOI: what is cut off in front isn't told."""
     recording = signal.resample_poly(sound, RATE, 22050)
     longest = max(0.0, len(sound) / 22050 - times[-1, 0]) + 0.02
     margin = np.pad(heard, RATE // 4)
     times = np.concatenate([[[-0.25, 0]], times + [0, 0.25], [times[-1] + [0.25, 0.5]]])
 
-    def at(offset):
-        return estoi(stretched(recording, times, offset, len(margin)), margin)
+    def at(offset, measure=estoi):
+        return measure(stretched(recording, times, offset, len(margin)), margin)
 
     best = max(np.arange(-0.02, longest, 0.02), key=at)
-    return max(at(offset) for offset in best + np.arange(-0.012, 0.013, 0.004))
+    best = max(best + np.arange(-0.012, 0.013, 0.004), key=at)
+    return [at(best, measure) for measure in (estoi, stoi, log_mel_likeness)]
 
 
 def measured(way, disturb, number):
-    """ESTOI and run bytes of one recording; 0 where nothing is left of it."""
+    """The measures and run bytes of one recording; 0 where nothing is left of it."""
     sound = MATERIAL[number]
     if disturb is not None:
         sound = disturb(sound, np.random.default_rng(number))
     with tempfile.TemporaryDirectory() as folder:
         result = heard_through(way, sound, Path(folder))
     if result is None:
-        return 0, 0
+        return [0, 0, 0], 0
     heard, size, times = result
     return understood(MATERIAL[number], heard, times), size
 
@@ -128,10 +129,11 @@ def seconds(material):
 
 
 def measure(way, disturb=None, every=1):
-    """ESTOI and run bytes a second of every so manyth recording."""
+    """ESTOI, STOI, log-mel likeness and run bytes a second of every so manyth recording."""
     with multiprocessing.Pool(2) as pool:
         results = pool.starmap(measured, [(way, disturb, number) for number in range(0, len(MATERIAL), every)], 1)
-    return np.mean([result[0] for result in results]), sum(result[1] for result in results) / seconds(MATERIAL[::every])
+    size = sum(result[1] for result in results)
+    return *np.mean([result[0] for result in results], axis=0), size / seconds(MATERIAL[::every])
 
 
 MATERIAL = list(recordings())
@@ -152,12 +154,13 @@ NOISES = [("white noise 20 dB below", partial(white, 20)), ("white noise 10 dB b
 
 def main():
     print(f"{len(MATERIAL)} recordings, {seconds(MATERIAL):.0f} s of speech")
-    print("| way | ESTOI | run bytes a second |\n|---|---|---|")
+    print("| way | ESTOI | STOI | log-mel likeness | run bytes a second |\n|---|---|---|---|---|")
     for name, way in ROWS:
-        print("| {} | {:.3f} | {:.0f} |".format(name, *measure(way)), flush=True)
+        print("| {} | {:.3f} | {:.3f} | {:.3f} | {:.0f} |".format(name, *measure(way)), flush=True)
     for noise, disturb in NOISES:
         for name, way in (("SoX recipe", OLD), ("prepared", NEW)):
-            print("| {}, {} | {:.3f} | {:.0f} |".format(noise, name, *measure(way, disturb)), flush=True)
+            print("| {}, {} | {:.3f} | {:.3f} | {:.3f} | {:.0f} |".format(noise, name, *measure(way, disturb)),
+                  flush=True)
 
 
 if __name__ == "__main__":

@@ -1,7 +1,7 @@
 #include "prepare/Likeness.h"
 
-#include "machine/Timing.h"
 #include "prepare/PeriodChoice.h"
+#include "prepare/Played.h"
 #include "prepare/Spectra.h"
 
 #include <algorithm>
@@ -10,31 +10,6 @@
 
 namespace prepare {
 namespace {
-
-/// The port at sound::kRate: the mean of its level, 1 or -1, within each sample.
-sound::Samples Played(std::span<const machine::RunByte> runBytes, const machine::Playback& playback,
-                      std::size_t samples)
-{
-    const auto performance = machine::PerformanceOf(runBytes, playback);
-    const auto samplesPerCycle = sound::kRate / static_cast<double>(playback.machine.clock);
-    sound::Samples wave(samples);
-    double now = 0; // in samples
-    float level = 0;
-    const auto holdUntil = [&](std::int64_t time) {
-        const auto until = std::min(static_cast<double>(time) * samplesPerCycle, static_cast<double>(samples));
-        while (now < until) {
-            const auto next = std::min(until, std::floor(now) + 1);
-            wave[static_cast<std::size_t>(now)] += level * static_cast<float>(next - now);
-            now = next;
-        }
-    };
-    for (const auto& write : performance.writes) {
-        holdUntil(write.time);
-        level = write.high ? 1 : -1;
-    }
-    holdUntil(performance.end);
-    return wave;
-}
 
 /// How many times as strong in each band as it was asked for until now the target is to be, where `played` was heard.
 void Correct(const Powers& wanted, const Powers& played, std::span<float> gains)

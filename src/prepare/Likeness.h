@@ -1,6 +1,6 @@
-// Likeness.h: a target moved towards what a square wave can do, by iterative phase projection (Griffin, Lim: Signal
-// estimation from modified short-time Fourier transform, 1984): there onto the sounds, here onto the lists of periods.
-// Bands, steps and bounds are measured: docs/listening.md.
+// Likeness.h: the target of a sound that isn't speech moved towards what a square wave can do, by iterative phase
+// projection (Griffin, Lim: Signal estimation from modified short-time Fourier transform, 1984): there onto the sounds,
+// here onto the lists of periods. Bands, steps and bounds are measured: docs/listening.md.
 #pragma once
 
 #include "core/Progress.h"

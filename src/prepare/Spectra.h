@@ -34,6 +34,8 @@ public:
     [[nodiscard]] std::span<Bin> operator[](std::size_t frame) { return {&bins_[frame * kBins], kBins}; }
     [[nodiscard]] std::span<const Bin> operator[](std::size_t frame) const { return {&bins_[frame * kBins], kBins}; }
 
+    /// The sound again.
+    [[nodiscard]] sound::Samples Sound(const core::Progress& progress) const;
     /// The sounds behind two sets of gains; nothing is moved in time.
     [[nodiscard]] std::pair<sound::Samples, sound::Samples> Sounds(const Gains& first, const Gains& second,
                                                                    const core::Progress& progress) const;
@@ -43,15 +45,25 @@ private:
     std::vector<Bin> bins_;
 };
 
-/// The band that each bin belongs to; bands are equally wide on the mel scale; `count` where it belongs to none.
-struct MelBands {
-    MelBands(std::size_t bandCount, double lowest, double highest); // Hz
+/// The band that each bin belongs to; `count` where it belongs to none.
+struct Bands {
+    explicit Bands(std::size_t bandCount) : count(bandCount), ofBin(Spectra::kBins, bandCount) {}
 
     std::size_t count;
     std::vector<std::size_t> ofBin;
 
     /// Of `frame` in each band.
     [[nodiscard]] Powers PowersOf(std::span<const Spectra::Bin> frame) const;
+};
+
+/// Equally wide on the mel scale.
+struct MelBands : Bands {
+    MelBands(std::size_t bandCount, double lowest, double highest); // Hz
+};
+
+/// Thirds of an octave about `lowest` and up.
+struct ThirdOctaves : Bands {
+    ThirdOctaves(std::size_t bandCount, double lowest); // Hz
 };
 
 } // namespace prepare

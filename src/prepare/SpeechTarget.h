@@ -1,7 +1,8 @@
 // SpeechTarget.h: sounds made lists of run bytes, each list the one whose square wave, on the machine's own clock, is
 // most like the sound.
 //     speech    every band of it as loud as the others and every moment as loud as the others, so that the few periods
-//               there are go to what tells words apart; noise, hum and single clicks are taken out, pauses are silent
+//               there are go to what tells words apart; noise, hum and single clicks are taken out, pauses are silent.
+//               From there on what SpeechLikeness.h measures draws the target
 //     sound     what isn't speech and isn't a tune: the same, but its bands as loud as they are, and with its clicks
 // What is silent before the first sound and behind the last is left out.
 #pragma once

@@ -48,7 +48,7 @@ TEST_F(PrepareProgram, RefusesWithAMessageAndLeavesAllAsItWas)
         {1, "P '[tone,wav]' ++", "++: No such file or directory"}, // no list and no end of one
         {1, "P tone.wav --for sound --size 133", "for 133 bytes. Not a tenth of a second of it would fit."},
         {1, "P tone.wav --from 0.1 --size 296",
-         "Its first 0:00.9 would fit: take a part, for example with --from 0:00.1 --length 0:00.9."},
+         "Its first 0:00.8 would fit: take a part, for example with --from 0:00.1 --length 0:00.8."},
         // Minutes and hours, and how long a recording the window takes: each time is told, too.
         {1, "P hour.au --from 1:05",
          "hour.au: It lasts 60:00.0, and at this rate the window takes 0:48.0 at most, with --rate 8000 1:03.0, with "
@@ -90,7 +90,7 @@ TEST_F(PrepareProgram, MakesWhatTheOptionsSayAndTellsTheTruthAboutIt)
 {
     using Row = std::tuple<std::string, std::uint32_t, machine::Machine, double, int>;
     for (const auto& [options, hertz, machine, seconds, periods] : std::vector<Row>{
-             {"tone.wav", 11025, {}, 2, 2080},             // speech: as much of each band
+             {"tone.wav", 11025, {}, 2, 1616},             // speech: as much of each band
              {"tone.wav --for sound", 11025, {}, 2, 1564}, // as it is
              {"tone.wav --for music", 11025, {}, 2, 1318}, // the tune alone
              {"odd.wav --for sound", 11025, {}, 2, 1564},
