@@ -122,8 +122,9 @@ void Move(const sound::Samples& direction, double share, sound::Samples& target)
 }
 
 /// The list that is most like the speech of all that are chosen for targets which `likeness` draws, beginning with
-/// `target`: in each round the direction at what is chosen is added. A list's score is linear in its wave and the choice finds
-/// the greatest, so this is dual averaging (Nesterov: Primal-dual subgradient methods for convex problems, 2009).
+/// `target`: in each round the direction at what is chosen is added. A list's score is linear in its wave and the
+/// choice finds the greatest, so this is dual averaging (Nesterov: Primal-dual subgradient methods for convex
+/// problems, 2009).
 machine::RunBytes SpeechList(sound::Samples target, const SpeechLikeness& likeness, const Limits& limits,
                              core::Steps& steps)
 {
