@@ -153,13 +153,14 @@ int Run(std::vector<std::string> arguments)
     // Before any work: later one may be there that was made by it.
     bool areAllPrepared = std::erase_if(options.inputs, IsMissing) == 0;
     const auto hasTakenName = [&](const auto& input) { return HasTakenName(input, options); };
-    if (std::ranges::any_of(options.inputs, hasTakenName)) return command::kWrongUsage;
+    const bool isWrongUsage = std::ranges::any_of(options.inputs, hasTakenName);
     for (const auto& input : options.inputs)
-        areAllPrepared = IsPrepared(input, options) && areAllPrepared;
+        areAllPrepared = !isWrongUsage && IsPrepared(input, options) && areAllPrepared;
     if (options.waits || command::ClosesWithProgram()) {
         std::cout << "Press Return to close this window." << std::endl;
         std::cin.get();
     }
+    if (isWrongUsage) return command::kWrongUsage;
     return areAllPrepared ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
