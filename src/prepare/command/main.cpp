@@ -11,6 +11,7 @@
 #include "prepare/command/Options.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -82,7 +83,8 @@ std::optional<std::string> MakeRecording(const fs::path& input, const Options& o
 {
     const auto output = OutputFor(input, options);
     RequirePlace(output, options);
-    if (core::IsRecordingOfOurs(files::ReadBytes(input, core::kLargestWaveFile + 1)))
+    constexpr auto kOneTooMany = static_cast<std::uint64_t>(core::kLargestWaveFile) + 1;
+    if (core::IsRecordingOfOurs(files::ReadBytes(input, kOneTooMany)))
         return "This is prepared already: drop it on the window of Tonfloss.";
 
     command::Bar bar;
