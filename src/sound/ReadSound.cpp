@@ -166,7 +166,7 @@ private:
         std::int64_t read = 0;
         for (SoundSource::Block block; read < most && !(block = source_.Read(most - read)).mixed.empty();) {
             ofMixed.Take(block.mixed);
-            ofTurned.Take(block.turned);
+            if (!block.turned.empty()) ofTurned.Take(block.turned); // of a single channel there is none
             read += std::ssize(block.mixed);
             if (!progress.GoesOn(SecondsOf(read) / SecondsOf(most))) break;
         }
