@@ -131,18 +131,17 @@ machine::RunBytes Play(const std::vector<float>& track, const std::vector<Note>&
 
 } // namespace
 
-Periods MelodyPeriods(std::span<const float> sound, const Limits& limits, const core::Progress& progress)
+Periods MelodyPeriods(const std::vector<float>& track, const Limits& limits, const core::Progress& progress)
 {
     constexpr int kParts = 30; // of 3 percent each, so that few of the bytes asked for stay unused
     constexpr int kFewestParts = 12;
-    const auto track = PitchTrack(sound, progress.Stage(0, 0.95)); // of the time that all takes
     const auto notes = NotesOf(track);
     if (notes.empty()) return {};
     Periods periods{.runBytes = {}, .start = SecondsOf(notes.front().first)};
     int parts = kParts;
     do {
         periods.runBytes = Play(track, notes, static_cast<double>(parts) / kParts, limits.playback);
-    } while (periods.runBytes.size() > limits.runBytes && --parts >= kFewestParts && progress.GoesOn(0.95));
+    } while (periods.runBytes.size() > limits.runBytes && --parts >= kFewestParts && progress.GoesOn());
     return periods;
 }
 

@@ -13,12 +13,13 @@
 #include "core/Progress.h"
 #include "prepare/Periods.h"
 
-#include <span>
+#include <vector>
 
 namespace prepare {
 
-/// Of the melody of `sound`. Where it can't be heard in so few run bytes as are asked for, the list is longer: the
+/// Of a sound's PitchTrack. Where it can't be heard in so few run bytes as are asked for, the list is longer: the
 /// shortest that is still the tune.
-[[nodiscard]] Periods MelodyPeriods(std::span<const float> sound, const Limits& limits, const core::Progress& progress);
+[[nodiscard]] Periods MelodyPeriods(const std::vector<float>& track, const Limits& limits,
+                                    const core::Progress& progress);
 
 } // namespace prepare

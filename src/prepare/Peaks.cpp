@@ -1,13 +1,12 @@
 #include "prepare/Peaks.h"
 
-#include <kissfft.hh>
+#include "sound/Sound.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <complex>
 #include <cstddef>
-#include <numbers>
 
 namespace prepare {
 namespace {
@@ -22,31 +21,13 @@ constexpr std::size_t kNeighbours = 16;
 
 } // namespace
 
-struct PeakFinder::Transform {
-    kissfft<float> transform{kTransform / 2, false}; // counts pairs of samples
-    std::array<float, kWindow> window;
-    std::array<float, kTransform> samples{}; // behind the window always 0
-    std::array<std::complex<float>, kTransform / 2> lines;
-    std::array<float, kLastLine + kNeighbours + 1> heights;
-};
-
-PeakFinder::PeakFinder() : transform_(std::make_unique<Transform>())
-{
-    for (std::size_t i = 0; i < kWindow; ++i)
-        transform_->window[i] =
-            0.5F - 0.5F * std::cos(2 * std::numbers::pi_v<float> * (static_cast<float>(i) + 0.5F) / kWindow);
-}
-
-PeakFinder::~PeakFinder() = default;
+PeakFinder::PeakFinder() : spectrum_(HannWindow(kWindow), kTransform)
+{}
 
 std::vector<Peak> PeakFinder::PeaksAt(std::span<const float> sound, std::size_t centre)
 {
-    auto& [transform, window, samples, lines, heights] = *transform_;
-    for (std::size_t i = 0; i < kWindow; ++i) {
-        const auto at = centre + i - kWindow / 2; // wraps below 0, and then lies behind the end
-        samples[i] = at < sound.size() ? sound[at] * window[i] : 0;
-    }
-    transform.transform_real(samples.data(), lines.data());
+    const auto lines = spectrum_.At(sound, centre);
+    std::array<float, kLastLine + kNeighbours + 1> heights;
     std::transform(lines.begin(), lines.begin() + heights.size(), heights.begin(),
                    [](std::complex<float> line) { return std::sqrt(std::norm(line)); });
 

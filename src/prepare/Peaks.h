@@ -2,10 +2,9 @@
 // through logarithms (Smith, Serra: PARSHL, 1987).
 #pragma once
 
-#include "sound/Sound.h"
+#include "prepare/WindowSpectrum.h"
 
 #include <cstddef>
-#include <memory>
 #include <span>
 #include <vector>
 
@@ -20,14 +19,12 @@ struct Peak {
 class PeakFinder {
 public:
     PeakFinder();
-    ~PeakFinder();
 
     /// Those from 35 to 5200 Hz around sample `centre`; outside of `sound` there is silence.
     [[nodiscard]] std::vector<Peak> PeaksAt(std::span<const float> sound, std::size_t centre);
 
 private:
-    struct Transform;
-    std::unique_ptr<Transform> transform_;
+    WindowSpectrum spectrum_;
 };
 
 } // namespace prepare

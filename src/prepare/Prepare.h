@@ -16,10 +16,11 @@ namespace prepare {
 /// What is to be kept of a sound.
 enum class Kind {
     Speech,   // the words
-    Music,    // the melody
+    Music,    // all voices of it; where there is only one, its melody
+    Melody,   // the strongest voice
     AnySound, // all else, as it is
 };
-inline constexpr std::array kKinds{Kind::Speech, Kind::Music, Kind::AnySound};
+inline constexpr std::array kKinds{Kind::Speech, Kind::Music, Kind::Melody, Kind::AnySound};
 
 /// By which users ask for a kind.
 [[nodiscard]] constexpr std::string_view NameOf(Kind kind)
@@ -27,6 +28,7 @@ inline constexpr std::array kKinds{Kind::Speech, Kind::Music, Kind::AnySound};
     switch (kind) {
     case Kind::Speech: return "speech";
     case Kind::Music: return "music";
+    case Kind::Melody: return "melody";
     case Kind::AnySound: return "sound";
     }
     return {};
@@ -36,11 +38,12 @@ static_assert(NameOf(static_cast<Kind>(kKinds.size())).empty(), "kKinds lacks on
 struct Job {
     sound::Recording recording;
     Kind kind = Kind::Speech;
-    Noise noise = Noise::TakenOut; // of a melody it always is
+    Noise noise = Noise::TakenOut; // of a melody it always is, of other music never
     Limits limits;
 };
 
 struct Prepared {
+    Kind kind;                  // that it was taken for: a melody, where music has one voice only
     machine::RunBytes runBytes; // a recording can lead to them
     double seconds;             // on the machine
     double from;                // seconds into the sound file at which the first of them begins

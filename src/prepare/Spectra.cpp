@@ -1,25 +1,16 @@
 #include "prepare/Spectra.h"
 
+#include "prepare/WindowSpectrum.h"
+
 #include <kissfft.hh>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <numbers>
 
 namespace prepare {
 namespace {
 
 constexpr auto kMargin = (Spectra::kTransform - Spectra::kWindow) / 2; // on either side of the window
-
-std::array<float, Spectra::kWindow> HannWindow()
-{
-    std::array<float, Spectra::kWindow> window{};
-    for (std::size_t i = 0; i < window.size(); ++i)
-        window[i] = static_cast<float>(
-            0.5 - 0.5 * std::cos(2 * std::numbers::pi * (static_cast<double>(i) + 0.5) / Spectra::kWindow));
-    return window;
-}
 
 constexpr auto kShift = kMargin + Spectra::kHop; // from a frame's first sample to where the sound begins
 
@@ -68,7 +59,7 @@ Spectra::Spectra(std::span<const float> sound, const core::Progress& progress)
     : samples_(sound.size()),
       bins_((sound.size() / kHop + 2) * kBins)
 {
-    const auto window = HannWindow();
+    const auto window = HannWindow(kWindow);
     const kissfft<float> transform(kTransform / 2, false);
     std::vector<float> in(kTransform);
     for (std::size_t frame = 0; frame < Size() && progress.GoesOn(); ++frame) {

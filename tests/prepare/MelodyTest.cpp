@@ -46,7 +46,7 @@ sound::Samples Plucked(const std::vector<Note>& notes, double vibrato = 0)
 machine::RunBytes Melody(const sound::Samples& sound, const machine::Playback& playback,
                          std::size_t mostRunBytes = 100'000)
 {
-    return RunBytesFor(Kind::Music, sound, playback, mostRunBytes);
+    return RunBytesFor(Kind::Melody, sound, playback, mostRunBytes);
 }
 
 /// Periods of the port from one time to another; a byte 254, which is silence, is none.

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 #include <numeric>
@@ -99,7 +100,37 @@ sound::Samples Beats()
     return SoundOf(1.8, beats);
 }
 
+/// Six chords of five voices, each voice in another band and the upper ones softer; between two chords a drum is struck.
+constexpr std::array kChords{
+    std::array{131.0, 330.0, 784.0, 1568.0, 2637.0},  std::array{147.0, 349.0, 880.0, 1760.0, 2794.0},
+    std::array{165.0, 392.0, 988.0, 1568.0, 3136.0},  std::array{123.0, 294.0, 698.0, 1976.0, 2794.0},
+    std::array{131.0, 440.0, 1047.0, 1760.0, 3520.0}, std::array{196.0, 494.0, 784.0, 1568.0, 2960.0}};
+constexpr double kBeat = 0.4; // seconds from one chord to the next
+
+sound::Samples Song()
+{
+    std::vector<Event> events;
+    for (const auto& chord : kChords) {
+        const auto from = 0.1 + kBeat * static_cast<double>(&chord - kChords.data());
+        events.push_back({from, kBeat, 0.9, {}});
+        for (double level = 0.3; const auto voice : chord)
+            events.back().partials.emplace_back(voice, std::exchange(level, level * 0.6));
+        events.push_back({from + kBeat / 2, 0.06, 0.06, Hiss(200, 5000, 0.04)});
+    }
+    return SoundOf(kBeat * kChords.size() + 0.2, events);
+}
+
 constexpr std::size_t kThirds = 15; // of an octave, from 150 to 4800 Hz
+
+/// How much there is of so many turns within `samples`: the Goertzel algorithm.
+double PowerOf(double turns, std::span<const double> samples)
+{
+    const auto turn = 2 * std::cos(2 * std::numbers::pi * turns / static_cast<double>(samples.size()));
+    double last = 0, before = 0;
+    for (const auto sample : samples)
+        before = std::exchange(last, sample + turn * last - before);
+    return last * last + before * before - turn * last * before;
+}
 
 /// The levels of all thirds every 12 ms: 0 dB at the loudest of all, or of `each` third, and -35 dB at least.
 std::vector<double> Listen(const sound::Samples& sound, bool each)
@@ -113,14 +144,9 @@ std::vector<double> Listen(const sound::Samples& sound, bool each)
         for (std::size_t i = 0; i < kWindow; ++i)
             samples.push_back(sound[start + i] * (1 - std::cos(kTurn * static_cast<double>(i))));
         std::vector<double> powers(kThirds);
-        for (double line = 4; line < 112; ++line) { // the Goertzel algorithm
-            const auto turn = 2 * std::cos(kTurn * line);
-            double last = 0, before = 0;
-            for (const auto sample : samples)
-                before = std::exchange(last, sample + turn * last - before);
+        for (double line = 4; line < 112; ++line)
             powers[static_cast<std::size_t>(3 * std::log2(line * sound::kRate / kWindow / 150))] +=
-                last * last + before * before - turn * last * before;
-        }
+                PowerOf(line, samples);
         levels.insert(levels.end(), powers.begin(), powers.end());
         std::ranges::transform(powers, most, most.begin(), [](double a, double b) { return std::max(a, b); });
     }
@@ -178,6 +204,51 @@ TEST(PreparedSound, IsNoneWhereNothingIsHeard)
                 << NameOf(kind) << sound.size();
 }
 
+/// What the machine plays, from the sound's beginning on and as long as it.
+sound::Samples PlayedOf(const Prepared& prepared, std::size_t samples)
+{
+    std::string wave;
+    preview::WriteWave(machine::PerformanceOf(prepared.runBytes, At(11025)), At(11025).machine.clock, sound::kRate,
+                       [&](std::string_view bytes) { wave += bytes; });
+    sound::Samples played(sound::SamplesIn(prepared.from - 10));
+    for (std::size_t high = 45; high < wave.size(); high += 2) // of each sample's two bytes
+        played.push_back(static_cast<signed char>(wave[high]));
+    played.resize(samples);
+    return played;
+}
+
+/// The share that each voice of a song has in its loudness, in dB, in the mean of all chords.
+std::vector<double> VoicesIn(const sound::Samples& song)
+{
+    std::vector<double> voices(kChords.front().size());
+    for (const auto& chord : kChords) {
+        const auto from = sound::SamplesIn(0.14 + kBeat * static_cast<double>(&chord - kChords.data()));
+        std::vector<double> samples(sound::SamplesIn(kBeat - 0.07));
+        double power = 0;
+        for (std::size_t i = 0; i < samples.size(); ++i) {
+            const auto window =
+                1 - std::cos(2 * std::numbers::pi * static_cast<double>(i) / static_cast<double>(samples.size()));
+            samples[i] = window * song[from + i];
+            power += samples[i] * samples[i] * static_cast<double>(samples.size());
+        }
+        for (std::size_t voice = 0; voice < chord.size(); ++voice)
+            voices[voice] += 10 *
+                             std::log10(PowerOf(chord[voice] * sound::SecondsAt(samples.size()), samples) / power) /
+                             static_cast<double>(kChords.size());
+    }
+    return voices;
+}
+
+TEST(PreparedSound, HasAllVoicesOfASongAndItsBeats)
+{
+    const auto song = Song();
+    const auto prepared = std::get<Prepared>(PrepareSound(Kind::Music, song, At(11025), 28000));
+    EXPECT_EQ(prepared.kind, Kind::Music);
+    const auto voices = VoicesIn(PlayedOf(prepared, song.size()));
+    for (const auto& [voice, least] : {std::pair(0U, -17.0), {1U, -17.0}, {2U, -19.0}, {3U, -25.0}, {4U, -37.0}})
+        EXPECT_GE(voices[voice], least) << voice;
+}
+
 TEST(PreparedSound, IsLikeTheSound)
 {
     // Of each: the least colour and rhythm, the most run bytes, the least of them silent, from when to when heard.
@@ -197,13 +268,7 @@ TEST(PreparedSound, IsLikeTheSound)
         EXPECT_GE(std::ranges::count(prepared.runBytes, machine::kStaysHigh), silent);
         EXPECT_NEAR(prepared.from, 10 + from, 0.03);
         EXPECT_NEAR(prepared.from + prepared.seconds, 10 + to, 0.05);
-        std::string wave;
-        preview::WriteWave(machine::PerformanceOf(prepared.runBytes, At(11025)), At(11025).machine.clock, sound::kRate,
-                           [&](std::string_view bytes) { wave += bytes; });
-        sound::Samples played(sound::SamplesIn(prepared.from - 10));
-        for (std::size_t high = 45; high < wave.size(); high += 2) // of each sample's two bytes
-            played.push_back(static_cast<signed char>(wave[high]));
-        played.resize(sound.size());
+        const auto played = PlayedOf(prepared, sound.size());
         const auto wantedLevels = Listen(sound, kind == Kind::Speech);
         const auto playedLevels = Listen(played, false);
         EXPECT_GE(ColourOf(wantedLevels, playedLevels), colour);

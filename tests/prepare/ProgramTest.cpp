@@ -76,7 +76,7 @@ TEST_F(PrepareProgram, RefusesWithAMessageAndLeavesAllAsItWas)
         {2, "P tone.wav ./tone.mp3 --force", "./tone.mp3: Its recording would have the same name as that of tone.wav."},
         {2, "P tone.wav --from 2 --to 0:02", "--to: nothing is left"},
         {2, "P tone.wav hard.wav -o new.wav", "--output: it can hold one recording"},
-        {2, "P tone.wav --for noise", "--for: noise is none of speech, music and sound"},
+        {2, "P tone.wav --for noise", "--for: noise is none of speech, music, melody and sound"},
         {2, "P tone.wav --size 28475", "--size: 28475 is no whole number from 133 to 28474"},
         {2, "P tone.wav --from 1:60", "--from: 1:60 is no time"},
         {2, "P tone.wav --from -1", "--from: -1 is no time"},

@@ -30,6 +30,14 @@ std::string LongerThanTaken(const std::string& seconds, double most, const Optio
     return text + ". Take a part of it, for example with " + BeginningOf(most, options) + '.';
 }
 
+/// What was found in music; of all else nothing.
+std::string VoicesTaken(Kind asked, Kind taken)
+{
+    if (asked != Kind::Music) return {};
+    if (taken == Kind::Melody) return "\nvoices: one, and it is followed";
+    return "\nvoices: several, and all of them are kept; for the strongest alone: --for melody";
+}
+
 } // namespace
 
 std::string Answer(const std::filesystem::path& input, const std::filesystem::path& output, const Options& options,
@@ -51,9 +59,9 @@ std::string Answer(const std::filesystem::path& input, const std::filesystem::pa
     text << ", " << recording.rate << " Hz, " << recording.channels
          << (recording.channels == 1 ? " channel" : " channels")
          << "\ntaken: " << TimeText(sound::SecondsAt(recording.samples.size())) << " from " << TimeText(recording.from)
-         << note << "\nmade: " << command::Shown(output) << ", " << options.playback.rate.hertz
-         << " Hz\nseconds: " << std::fixed << std::setprecision(3) << prepared.seconds << "\nrun bytes: " << inPokEmul
-         << "\nsize: " << inPC1600 << " for the PC-1600, " << inPokEmul
+         << note << VoicesTaken(options.kind, prepared.kind) << "\nmade: " << command::Shown(output) << ", "
+         << options.playback.rate.hertz << " Hz\nseconds: " << std::fixed << std::setprecision(3) << prepared.seconds
+         << "\nrun bytes: " << inPokEmul << "\nsize: " << inPC1600 << " for the PC-1600, " << inPokEmul
          << " for PokEmul\n32 KB extension: needed, since the player runs at 80C5 only\ntitle on the machine: "
          << command::Shown(title)
          << "\nnext: drop the recording on the window of Tonfloss; for another title, give it another name before\n";

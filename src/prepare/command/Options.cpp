@@ -40,7 +40,8 @@ std::string Explained(Kind kind)
 {
     switch (kind) {
     case Kind::Speech: return "speech";
-    case Kind::Music: return "music (the melody)";
+    case Kind::Music: return "music";
+    case Kind::Melody: return "melody (one voice of it)";
     case Kind::AnySound: return "sound (all else)";
     }
     return {};
