@@ -5,8 +5,11 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <numbers>
+#include <numeric>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace preview {
@@ -23,7 +26,6 @@ constexpr int kPhases = 256;         // places of an edge between two samples; w
 constexpr double kLevel = 16000;
 constexpr double kRise = 2 * kLevel;
 
-constexpr std::int64_t kBlock = 4096; // samples
 constexpr std::int64_t kSampleBytes = 2;
 
 /// How much an edge of height 1 changes each sample against the one before, from kHalfWidth - 1 samples before it on.
@@ -79,59 +81,105 @@ Place PlaceOf(std::int64_t time, std::int64_t clock, std::int64_t outputRate)
     return {.sample = scaled / clock, .behind = static_cast<double>(scaled % clock) / static_cast<double>(clock)};
 }
 
-void AddEdge(double* changes, double behind, double height)
+/// How far behind the sample of its place the last change by an edge lies.
+constexpr std::int64_t kLastChange = kTaps - kHalfWidth;
+
+const std::vector<Changes>& ByPhase()
 {
     static const auto byPhase = ChangesByPhase();
+    return byPhase;
+}
+
+void AddEdge(double* changes, double behind, double height)
+{
     const auto phase = static_cast<std::size_t>(behind * kPhases);
     const auto toNext = behind * kPhases - static_cast<double>(phase);
-    const auto& here = byPhase[phase];
-    const auto& next = byPhase[phase + 1];
+    const auto& here = ByPhase()[phase];
+    const auto& next = ByPhase()[phase + 1];
     for (std::size_t tap = 0; tap < kTaps; ++tap)
         changes[tap] += height * (here[tap] + toNext * (next[tap] - here[tap]));
 }
 
-/// The bytes of a block of samples, each the one before and its change. `level` goes from block to block; `changes`
-/// goes on to what lies behind the block.
-void TakeBlock(std::vector<double>& changes, double& level, std::string& bytes)
+} // namespace
+
+SquareWave::SquareWave(machine::Performance performance, std::int64_t clock, std::int64_t outputRate)
+    : performance_(std::move(performance)),
+      clock_(clock),
+      outputRate_(outputRate)
 {
-    bytes.resize(kSampleBytes * kBlock);
-    auto byte = bytes.begin();
-    for (auto change = changes.begin(); change != changes.begin() + kBlock; ++change) {
-        level += *change;
-        const auto sample = static_cast<int>(level + 32768.5) - 32768; // rounds as it should where the sum is positive
-        *byte++ = static_cast<char>(sample);
-        *byte++ = static_cast<char>(sample >> 8);
-    }
-    std::copy(changes.begin() + kBlock, changes.end(), changes.begin());
-    std::fill(changes.begin() + kTaps, changes.end(), 0.0);
+    ByPhase(); // now, since a sound device doesn't wait for it
 }
 
-} // namespace
+std::int64_t SquareWave::SampleCount() const
+{
+    return (performance_.end * outputRate_ + clock_ - 1) / clock_;
+}
+
+/// Each sample is the one before and its change. So that rounding is the same from wherever one reads, each block
+/// begins anew, from the level that the edges before it have led to.
+SquareWave::Block SquareWave::BlockAt(std::int64_t first) const
+{
+    const auto& writes = performance_.writes;
+    const auto isOver = [&](const auto& write) {
+        return PlaceOf(write.time, clock_, outputRate_).sample + kLastChange < first;
+    };
+    auto write = std::partition_point(writes.begin(), writes.end(), isOver);
+    bool high = write != writes.begin() && std::prev(write)->high;
+    double level = high ? kLevel : -kLevel;
+
+    std::array<double, kTaps + kBlock + kTaps> changes{}; // those of edges that reach into the block, from there on
+    const auto begin = first - kTaps;
+    for (; write != writes.end(); ++write) {
+        const auto place = PlaceOf(write->time, clock_, outputRate_);
+        const auto offset = place.sample - kHalfWidth + 1 - begin;
+        if (offset >= kTaps + kBlock) break;
+        if (write->high != high)
+            AddEdge(&changes.at(static_cast<std::size_t>(offset)), place.behind, write->high ? kRise : -kRise);
+        high = write->high;
+    }
+
+    level = std::accumulate(changes.begin(), changes.begin() + kTaps, level);
+    Block block{};
+    std::transform(changes.begin() + kTaps, changes.begin() + kTaps + kBlock, block.begin(), [&](double change) {
+        level += change;
+        return static_cast<std::int16_t>(static_cast<int>(level + 32768.5) -
+                                         32768); // a sum above 0 rounds as it should
+    });
+    return block;
+}
+
+void SquareWave::Read(std::int64_t first, std::span<std::int16_t> samples) const
+{
+    while (!samples.empty()) {
+        const auto inBlock = first % kBlock;
+        const auto block = BlockAt(first - inBlock);
+        const auto count = std::min(samples.size(), static_cast<std::size_t>(kBlock - inBlock));
+        std::copy_n(block.begin() + inBlock, count, samples.begin());
+        samples = samples.subspan(count);
+        first += static_cast<std::int64_t>(count);
+    }
+}
 
 void WriteWave(const machine::Performance& performance, std::int64_t clock, std::int64_t outputRate,
                const files::ByteSink& sink)
 {
-    const auto sampleCount = (performance.end * outputRate + clock - 1) / clock;
+    const SquareWave wave(performance, clock, outputRate);
+    const auto sampleCount = wave.SampleCount();
     sink(core::WaveHeader(kSampleBytes * sampleCount, outputRate, kSampleBytes));
 
-    std::vector<double> changes(kBlock + kTaps); // what edges do to a block, and to the samples behind it
+    constexpr std::int64_t kPiece = 4096; // samples
+    std::vector<std::int16_t> samples;
     std::string bytes;
-    double level = -kLevel;
-    bool high = false;
-    auto write = performance.writes.begin();
-    // The first edge begins to show before sample 0.
-    for (std::int64_t first = -kHalfWidth; first < sampleCount; first += kBlock) {
-        for (; write != performance.writes.end(); ++write) {
-            const auto place = PlaceOf(write->time, clock, outputRate);
-            const auto offset = place.sample - kHalfWidth + 1 - first;
-            if (offset >= kBlock) break;
-            if (write->high != high) AddEdge(changes.data() + offset, place.behind, write->high ? kRise : -kRise);
-            high = write->high;
+    for (std::int64_t first = 0; first < sampleCount; first += kPiece) {
+        samples.resize(static_cast<std::size_t>(std::min(kPiece, sampleCount - first)));
+        wave.Read(first, samples);
+        bytes.resize(kSampleBytes * samples.size());
+        auto byte = bytes.begin();
+        for (const auto sample : samples) {
+            *byte++ = static_cast<char>(sample);
+            *byte++ = static_cast<char>(sample >> 8);
         }
-        TakeBlock(changes, level, bytes);
-        const auto unheard = first < 0 ? kHalfWidth : 0;
-        const auto size = std::min(kBlock, sampleCount - first) - unheard;
-        sink({bytes.data() + kSampleBytes * unheard, static_cast<std::size_t>(kSampleBytes * size)});
+        sink(bytes);
     }
 }
 

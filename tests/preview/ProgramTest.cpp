@@ -42,6 +42,7 @@ TEST_F(PreviewProgram, RefusesWithAMessageAndLeavesAllAsItWas)
         {2, "P SOUND.bin soft.bin", "not expected: soft.bin"},
         {2, "P SOUND.bin --loud", "not expected: --loud"},
         {2, "P SOUND.bin -o ''", "--output: the name is empty"},
+        {2, "P SOUND.bin --play --volume 101", "--volume: 101 is no whole number from 0 to 100"},
         {2, "P SOUND.bin --rate 7999", "--rate: 7999 is no whole number from 8000 to 192000"},
         {2, "P SOUND.bin --rate 44100k", "--rate: 44100k is no whole number"},
         {2, "P SOUND.bin --clock 20000001", "--clock: 20000001 is no whole number from 1000000 to 20000000"},
@@ -75,6 +76,33 @@ TEST_F(PreviewProgram, WritesTheWaveFileAndTheReport)
     EXPECT_EQ(Shell("P SOUND.bin --clock 7160000 --waits 0 | tail -n 1; P --help | sed -n 2p; P --version"), 0);
     EXPECT_EQ(out, "longest period: 8 samples, +100.13 %, +1201 cents\n"
                    "Usage: tonfloss-preview [OPTIONS] SOUND.bin\ntonfloss-preview 1.0.0\n");
+}
+
+TEST_F(PreviewProgram, PlaysWhatItWrites)
+{
+    // Through the driver that writes to a file, which has silence around it.
+    constexpr auto kPlay = "SDL_AUDIODRIVER=disk SDL_DISKAUDIOFILE=heard.raw P SOUND.bin --play --force -o new.wav ";
+    for (const auto* const rate : {"--rate 8000", "", "--rate 192000"}) {
+        EXPECT_EQ(Shell(std::string(kPlay) + "--volume 100 " + rate), 0);
+        EXPECT_NE(Read(folder / "files/heard.raw").find(Read(folder / "files/new.wav").substr(44)), std::string::npos);
+        EXPECT_THAT(out, testing::StartsWith("target: PC-1600\n"));
+    }
+    // Of the first edge, as samples: -8, 17304, 15166 and 16631 at full volume.
+    Shell(std::string(kPlay) +
+          "; od -An -td2 -v -w2 -j44 -N8 new.wav; od -An -td2 -v -w2 heard.raw | sort -n | sed -n '1p;$p'");
+    EXPECT_EQ(out, "");
+
+    EXPECT_EQ(Shell("SDL_AUDIODRIVER=none P SOUND.bin --play"), 1);
+    EXPECT_EQ(err, "tonfloss-preview: SOUND.bin: It can't be played: Audio target 'none' not available\n");
+    EXPECT_EQ(Shell("SDL_AUDIODRIVER=none P silent.bin --play"), 0); // nothing to be played
+
+    // Ctrl+C, as soon as it can be heard.
+    Shell(R"(SDL_AUDIODRIVER=disk SDL_DISKAUDIOFILE=long.raw env --default-signal=INT ')" PREVIEW_PROGRAM
+          R"(' long.bin \
+            --play >report 2>&1 &
+        until [ -s long.raw ]; do sleep 0.1; done
+        kill -INT $!; wait $!; echo $?)");
+    EXPECT_EQ(out, "130\n");
 }
 
 TEST_F(PreviewProgram, LeavesNothingWhenASignalEndsItAndGoesOnWhereItIsIgnored)

@@ -1,0 +1,183 @@
+#include "audio/Player.h"
+
+#include <SDL.h>
+
+#include <bit>
+#include <condition_variable>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
+
+namespace audio {
+namespace {
+
+using std::chrono::steady_clock;
+
+/// What is shown where the library gives no reason.
+std::runtime_error Failure(const char* otherwise)
+{
+    const std::string reason = SDL_GetError();
+    return std::runtime_error(reason.empty() ? otherwise : reason);
+}
+
+/// The library, for as long as a device is open: another one may be there the next time.
+class Library {
+public:
+    Library()
+    {
+        SDL_SetMainReady();
+        SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1"); // Ctrl+C is the program's
+        if (SDL_InitSubSystem(SDL_INIT_AUDIO) != 0) throw Failure("No sound device was found.");
+    }
+    ~Library() { SDL_QuitSubSystem(SDL_INIT_AUDIO); }
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
+};
+
+/// The device that the system takes for sounds.
+class Device {
+public:
+    Device(int rate, SDL_AudioCallback fill, void* user)
+    {
+        SDL_AudioSpec wanted{};
+        wanted.freq = rate;
+        wanted.format = AUDIO_S16SYS;
+        wanted.channels = 1;
+        // 8 to 16 ms, so that with the one that is heard and one that waits a change is heard within 50 ms.
+        wanted.samples = static_cast<Uint16>(std::bit_floor(static_cast<unsigned>(rate) / 62));
+        wanted.callback = fill;
+        wanted.userdata = user;
+        id_ = SDL_OpenAudioDevice(nullptr, 0, &wanted, nullptr, 0);
+        if (id_ == 0) throw Failure("The sound device can't be opened.");
+        SDL_PauseAudioDevice(id_, 0);
+    }
+    ~Device() { SDL_CloseAudioDevice(id_); }
+    Device(const Device&) = delete;
+    Device& operator=(const Device&) = delete;
+
+    [[nodiscard]] bool IsThere() const { return SDL_GetAudioDeviceStatus(id_) == SDL_AUDIO_PLAYING; }
+
+private:
+    Library library_;
+    SDL_AudioDeviceID id_ = 0;
+};
+
+} // namespace
+
+struct Player::Impl {
+    explicit Impl(int hertz) : rate(hertz), transport(hertz) {}
+
+    static void Fill(void* user, Uint8* bytes, int size)
+    {
+        auto& self = *static_cast<Impl*>(user);
+        const std::lock_guard lock(self.mutex);
+        self.transport.Fill({reinterpret_cast<std::int16_t*>(bytes), static_cast<std::size_t>(size) / 2},
+                            steady_clock::now());
+        if (!self.transport.IsPlaying()) self.changed.notify_one();
+    }
+
+    /// In a thread of its own: opens a device whenever something is to be played.
+    void Work()
+    {
+        std::unique_lock lock(mutex);
+        for (;;) {
+            changed.wait(lock, [this] { return isEnding || transport.IsPlaying(); });
+            if (isEnding) return;
+            lock.unlock();
+            std::string reason;
+            try {
+                PlayThroughDevice();
+            } catch (const std::exception& error) {
+                reason = error.what();
+            }
+            lock.lock();
+            if (reason.empty()) continue;
+            failure = reason;
+            transport.Stop(steady_clock::now());
+        }
+    }
+
+    /// Until nothing is to be played any more. Throws the reason why that can't be.
+    void PlayThroughDevice()
+    {
+        const Device device(rate, Fill, this);
+        std::unique_lock lock(mutex); // let go of before the device is closed, which waits for its thread
+        const auto isOver = [this] { return isEnding || !transport.IsPlaying(); };
+        while (!changed.wait_for(lock, std::chrono::milliseconds(20), isOver))
+            if (!device.IsThere()) throw std::runtime_error("The sound device has gone.");
+    }
+
+    const int rate;
+    mutable std::mutex mutex; // of all below but the thread
+    std::condition_variable changed;
+    Transport transport;
+    std::string failure;
+    bool isEnding = false;
+    std::thread thread;
+};
+
+Player::Player(int rate) : impl_(std::make_unique<Impl>(rate))
+{
+    impl_->thread = std::thread([impl = impl_.get()] { impl->Work(); });
+}
+
+Player::~Player()
+{
+    {
+        const std::lock_guard lock(impl_->mutex);
+        impl_->isEnding = true;
+    }
+    impl_->changed.notify_one();
+    impl_->thread.join();
+}
+
+void Player::Put(std::size_t which, Sound sound)
+{
+    auto shared = std::make_shared<const Sound>(std::move(sound));
+    std::shared_ptr<const Sound> before; // deleted without the lock
+    const std::lock_guard lock(impl_->mutex);
+    before = impl_->transport.Put(which, std::move(shared));
+}
+
+void Player::Select(std::size_t which)
+{
+    const std::lock_guard lock(impl_->mutex);
+    impl_->transport.Select(which);
+}
+
+void Player::Repeat(const std::optional<Range>& range)
+{
+    const std::lock_guard lock(impl_->mutex);
+    impl_->transport.Repeat(range);
+}
+
+void Player::SetVolume(double volume)
+{
+    const std::lock_guard lock(impl_->mutex);
+    impl_->transport.SetVolume(volume);
+}
+
+void Player::Play(double from)
+{
+    const std::lock_guard lock(impl_->mutex);
+    impl_->failure.clear();
+    impl_->transport.Play(from);
+    impl_->changed.notify_one();
+}
+
+void Player::Stop()
+{
+    const std::lock_guard lock(impl_->mutex);
+    impl_->transport.Stop(steady_clock::now());
+    impl_->changed.notify_one();
+}
+
+Status Player::Now() const
+{
+    const std::lock_guard lock(impl_->mutex);
+    return {.isPlaying = impl_->transport.IsPlaying(),
+            .place = impl_->transport.Place(steady_clock::now()),
+            .failure = impl_->failure};
+}
+
+} // namespace audio
