@@ -1,11 +1,11 @@
-# The libraries that tonfloss-prepare needs, built for Windows: static, from the sources of Debian's own packages.
+# The libraries that read and play sounds, built for Windows: static, from the sources of Debian's own packages.
 # Sourced by package-windows, which has get_sources.
 # shellcheck shell=bash
 
 # In the order in which they need each other.
-decoders=(libogg libvorbis flac opus lame mpg123 libsndfile libsoxr)
+decoders=(libogg libvorbis flac opus lame mpg123 libsndfile libsoxr libsdl2)
 packages_decoders=(libogg-dev libvorbis-dev libflac-dev libopus-dev libmp3lame-dev libmpg123-dev libsndfile1-dev
-    libsoxr-dev)
+    libsoxr-dev libsdl2-dev)
 packages_headers=(libcli11-dev libkissfft-dev) # the same for every system
 
 # The folder for what the machine's packages give; another version or another recipe makes another folder.
@@ -57,6 +57,9 @@ build_decoder() {
         ;;
     libsndfile) options=(-DENABLE_MPEG=ON -DENABLE_CPACK=OFF '-DCMAKE_C_FLAGS=-DFLAC__NO_DLL -D_FILE_OFFSET_BITS=64') ;;
     libsoxr) options=(-DWITH_OPENMP=OFF -DWITH_LSR_BINDINGS=OFF) ;;
+    libsdl2) # its sounds alone
+        options=(-DSDL_{SHARED,TEST,VIDEO,RENDER,JOYSTICK,HAPTIC,SENSOR,HIDAPI,POWER,LOCALE,MISC}'=OFF')
+        ;;
     esac
     case $name in
     opus | lame | mpg123) by_configure "$part" "$name" "${options[@]}" ;;
@@ -96,6 +99,8 @@ build_decoders() {
             >"$part/decoders/lib/pkgconfig/$name.pc"
     done
     sed -i "s|$part/decoders|$dir|" "$part"/decoders/lib/pkgconfig/*.pc # where they will be
+    # Else a program would have no console, and another main.
+    sed -i 's/-mwindows//g; s/-lSDL2main//g; s/-Dmain=SDL_main//' "$part/decoders/lib/pkgconfig/sdl2.pc"
     for name in "${packages_headers[@]}"; do
         cp "/usr/share/doc/$name/copyright" "$part/decoders/licences/${name%-dev}.txt"
     done

@@ -158,7 +158,11 @@ wine "$programs/tonfloss-preview.exe" "Klänge fürs Gerät.bin" -o "gehört ü.
 cmp here.wav "gehört ü.wav" || fail "the preview sounds different"
 wine "$programs/tonfloss-preview.exe" old.bin -o - 2>/dev/null |
     cmp - here.wav || fail "the preview pipes something else"
-rm report here.wav "gehört ü.wav"
+timeout 60 env SDL_AUDIODRIVER=disk SDL_DISKAUDIOFILE=heard.raw wine "$programs/tonfloss-preview.exe" old.bin \
+    --play --volume 100 >report || fail "the preview plays nothing"
+hex() { od -An -v -tx1 | tr -d '\n'; }
+hex <heard.raw | grep -qF "$(tail -c +45 here.wav | hex)" || fail "the preview plays something else"
+rm report here.wav heard.raw "gehört ü.wav"
 
 # Sounds whose names and formats ask for more than ASCII and a decoder. Rounding may differ between systems, so that the
 # recordings are alike, not the same.

@@ -4,6 +4,7 @@
 
 #include <bit>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
@@ -34,10 +35,13 @@ public:
     Library& operator=(const Library&) = delete;
 };
 
+/// What a device calls in its thread, to be given the next samples. Once it `hasGone`, nobody hears them any more.
+using FillFunction = std::function<void(std::span<std::int16_t> buffer, bool hasGone)>;
+
 /// The device that the system takes for sounds.
 class Device {
 public:
-    Device(int rate, SDL_AudioCallback fill, void* user)
+    Device(int rate, FillFunction fill) : fill_(std::move(fill))
     {
         SDL_AudioSpec wanted{};
         wanted.freq = rate;
@@ -45,20 +49,26 @@ public:
         wanted.channels = 1;
         // 8 to 16 ms, so that with the one that is heard and one that waits a change is heard within 50 ms.
         wanted.samples = static_cast<Uint16>(std::bit_floor(static_cast<unsigned>(rate) / 62));
-        wanted.callback = fill;
-        wanted.userdata = user;
+        wanted.callback = [](void* self, Uint8* bytes, int size) { static_cast<Device*>(self)->Fill(bytes, size); };
+        wanted.userdata = this;
         id_ = SDL_OpenAudioDevice(nullptr, 0, &wanted, nullptr, 0);
         if (id_ == 0) throw Failure("The sound device can't be opened.");
-        SDL_PauseAudioDevice(id_, 0);
+        SDL_PauseAudioDevice(id_, 0); // from now on it calls
     }
     ~Device() { SDL_CloseAudioDevice(id_); }
     Device(const Device&) = delete;
     Device& operator=(const Device&) = delete;
 
-    [[nodiscard]] bool IsThere() const { return SDL_GetAudioDeviceStatus(id_) == SDL_AUDIO_PLAYING; }
-
 private:
+    void Fill(Uint8* bytes, int size) const
+    {
+        // The library goes on calling for a device that has gone.
+        fill_({reinterpret_cast<std::int16_t*>(bytes), static_cast<std::size_t>(size) / sizeof(std::int16_t)},
+              SDL_GetAudioDeviceStatus(id_) != SDL_AUDIO_PLAYING);
+    }
+
     Library library_;
+    FillFunction fill_;
     SDL_AudioDeviceID id_ = 0;
 };
 
@@ -66,15 +76,6 @@ private:
 
 struct Player::Impl {
     explicit Impl(int hertz) : rate(hertz), transport(hertz) {}
-
-    static void Fill(void* user, Uint8* bytes, int size)
-    {
-        auto& self = *static_cast<Impl*>(user);
-        const std::lock_guard lock(self.mutex);
-        self.transport.Fill({reinterpret_cast<std::int16_t*>(bytes), static_cast<std::size_t>(size) / 2},
-                            steady_clock::now());
-        if (!self.transport.IsPlaying()) self.changed.notify_one();
-    }
 
     /// In a thread of its own: opens a device whenever something is to be played.
     void Work()
@@ -91,20 +92,30 @@ struct Player::Impl {
                 reason = error.what();
             }
             lock.lock();
-            if (reason.empty()) continue;
-            failure = reason;
-            transport.Stop(steady_clock::now());
+            if (!reason.empty()) Fail(reason);
         }
     }
 
-    /// Until nothing is to be played any more. Throws the reason why that can't be.
     void PlayThroughDevice()
     {
-        const Device device(rate, Fill, this);
+        const Device device(rate, [this](auto buffer, bool hasGone) { Fill(buffer, hasGone); });
         std::unique_lock lock(mutex); // let go of before the device is closed, which waits for its thread
-        const auto isOver = [this] { return isEnding || !transport.IsPlaying(); };
-        while (!changed.wait_for(lock, std::chrono::milliseconds(20), isOver))
-            if (!device.IsThere()) throw std::runtime_error("The sound device has gone.");
+        changed.wait(lock, [this] { return isEnding || !transport.IsPlaying(); });
+    }
+
+    void Fill(std::span<std::int16_t> buffer, bool hasGone)
+    {
+        const std::lock_guard lock(mutex);
+        if (hasGone && transport.IsPlaying()) Fail("The sound device has gone.");
+        transport.Fill(buffer, steady_clock::now());
+        if (!transport.IsPlaying()) changed.notify_one();
+    }
+
+    /// Requires: the mutex is held.
+    void Fail(const std::string& reason)
+    {
+        failure = reason;
+        transport.Stop(steady_clock::now());
     }
 
     const int rate;

@@ -55,6 +55,23 @@ TEST(SquareWave, IsAWaveFileThatLastsAsLongAsTheSound)
     EXPECT_EQ(levels.at(levels.size() - 470), -16000); // nothing has drifted
 }
 
+TEST(SquareWave, ReadsTheSameSamplesFromWherever)
+{
+    machine::RunBytes runBytes;
+    for (int i = 0; i < 300; ++i)
+        runBytes.push_back(static_cast<machine::RunByte>(i % 7 == 0 ? machine::kStaysHigh : 2 + i % 40));
+    const auto performance = Play(11025, runBytes);
+    const auto whole = SamplesOf(WaveOf(performance, 44100));
+    const SquareWave wave(performance, kClock, 44100);
+    ASSERT_EQ(wave.SampleCount(), static_cast<std::int64_t>(whole.size()));
+    for (const std::int64_t size : {1, 511, 1024, 5000})
+        for (auto first = wave.SampleCount() - size; first >= 0; first -= 997) { // backwards, so that nothing helps
+            std::vector<std::int16_t> samples(static_cast<std::size_t>(size));
+            wave.Read(first, samples);
+            ASSERT_TRUE(std::equal(samples.begin(), samples.end(), whole.begin() + first)) << size << " from " << first;
+        }
+}
+
 TEST(SquareWave, CrossesZeroWhereThePortChanges)
 {
     std::mt19937 random(1600);
