@@ -57,8 +57,8 @@ build_decoder() {
         ;;
     libsndfile) options=(-DENABLE_MPEG=ON -DENABLE_CPACK=OFF '-DCMAKE_C_FLAGS=-DFLAC__NO_DLL -D_FILE_OFFSET_BITS=64') ;;
     libsoxr) options=(-DWITH_OPENMP=OFF -DWITH_LSR_BINDINGS=OFF) ;;
-    libsdl2) # its sounds alone
-        options=(-DSDL_{SHARED,TEST,VIDEO,RENDER,JOYSTICK,HAPTIC,SENSOR,HIDAPI,POWER,LOCALE,MISC}'=OFF')
+    libsdl2) # its sounds; without the pictures it couldn't be linked
+        options=(-DSDL_{SHARED,TEST,RENDER,JOYSTICK,HAPTIC,SENSOR,HIDAPI,POWER,LOCALE,MISC}'=OFF')
         ;;
     esac
     case $name in

@@ -129,7 +129,10 @@ struct Player::Impl {
 
 Player::Player(int rate) : impl_(std::make_unique<Impl>(rate))
 {
-    impl_->thread = std::thread([impl = impl_.get()] { impl->Work(); });
+    impl_->thread = std::thread([impl = impl_.get()] {
+        impl->Work();
+        SDL_TLSCleanup(); // the library's last error; its own threads do so by themselves
+    });
 }
 
 Player::~Player()
