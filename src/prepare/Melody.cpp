@@ -46,9 +46,10 @@ public:
     /// Writes periods of this pitch up to a time, in seconds.
     void Tone(double hertz, double until)
     {
+        constexpr double kCatchUp = 0.3; // of what the periods before are late, within one
         const double cycles = PeriodWithinBytes(hertz);
         while (due_ + cycles / 2 < until * clock_) {
-            const double counts = (due_ + cycles - written_ - overheadCycles_) / countCycles_;
+            const double counts = (cycles + kCatchUp * (due_ - written_) - overheadCycles_) / countCycles_;
             const double byte = std::clamp<double>(std::round(counts + kSpread * Chance()), machine::kShortestPeriod,
                                                    machine::kLongestPeriod);
             runBytes_.push_back(static_cast<machine::RunByte>(byte));
@@ -75,20 +76,18 @@ public:
     }
 
 private:
-    /// In cycles: of the pitch, or of that by octaves away which a byte can hold, with a count for making up above.
+    /// In cycles: of the pitch, or of that by octaves away which a byte can hold, with a count for dither.
     [[nodiscard]] double PeriodWithinBytes(double hertz) const
     {
         double cycles = clock_ / hertz;
-        while (cycles < overheadCycles_ + machine::kShortestPeriod * countCycles_)
+        while (cycles < overheadCycles_ + (machine::kShortestPeriod + kSpread / 2 - 0.5) * countCycles_)
             cycles *= 2;
         while (cycles > overheadCycles_ + (machine::kLongestPeriod - 1) * countCycles_)
             cycles /= 2;
         return cycles;
     }
 
-    // Counts, of the dither: with one, either of the two counts around the end that is due is as likely as it is near,
-    // so on average each period ends in time. Less leaves a pattern, more only adds noise.
-    static constexpr double kSpread = 1;
+    static constexpr double kSpread = 1.5; // counts, of the dither
 
     /// From -0.5 to 0.5, any of them as likely.
     double Chance()

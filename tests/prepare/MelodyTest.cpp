@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <complex>
 #include <numbers>
 #include <random>
 #include <tuple>
@@ -133,32 +132,6 @@ TEST(Melody, RoundsWithoutAPattern)
             same += runBytes[i] == runBytes[i - lag] ? 1 : 0;
         EXPECT_LT(same, runBytes.size() * 6 / 10) << lag;
     }
-}
-
-/// How much of the power of the periods' beginnings lies on their pitch, in spans of about 100 ms.
-double ShareOnPitch(const machine::RunBytes& runBytes, const machine::Playback& playback)
-{
-    const std::size_t periods = runBytes.size() / 10; // of a tone of 1 s
-    double share = 0;
-    for (std::size_t first = 0; first + periods <= runBytes.size(); first += periods) {
-        const machine::RunBytes span(runBytes.begin() + static_cast<std::ptrdiff_t>(first),
-                                     runBytes.begin() + static_cast<std::ptrdiff_t>(first + periods));
-        const double hertz = HeardWithin(span, playback, 0, 1).hertz;
-        double time = 0;
-        std::complex<double> line;
-        for (const auto byte : span) {
-            line += std::polar(1.0, 2 * std::numbers::pi * hertz * time);
-            time += machine::SecondsOf(machine::CyclesOf(byte, playback), playback.machine);
-        }
-        share += std::norm(line / static_cast<double>(periods)) / 10;
-    }
-    return share;
-}
-
-TEST(Melody, KeepsHighTonesClean)
-{
-    for (const auto& [hertz, least] : {std::pair(700.0, 0.92), {1400, 0.75}}) // a count is 16 and 32 % of a period
-        EXPECT_GT(ShareOnPitch(Melody(Plucked({{hertz, 1.0}}), At(8000)), At(8000)), least) << hertz;
 }
 
 TEST(Melody, SeparatesNotesOfTheSamePitchAndNothingElse)
