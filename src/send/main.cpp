@@ -94,13 +94,13 @@ public:
     {
         for (std::size_t i = 0; i < kAll.size(); ++i) {
             before_.at(i) = std::signal(kAll.at(i), [](int signal) { came = signal; });
-            if (before_.at(i) == SIG_IGN) std::signal(kAll.at(i), SIG_IGN); // as under nohup
+            if (before_.at(i) == SIG_IGN) static_cast<void>(std::signal(kAll.at(i), SIG_IGN)); // as under nohup
         }
     }
     ~Signals()
     {
         for (std::size_t i = 0; i < kAll.size(); ++i)
-            std::signal(kAll.at(i), before_.at(i));
+            static_cast<void>(std::signal(kAll.at(i), before_.at(i)));
     }
     Signals(const Signals&) = delete;
     Signals& operator=(const Signals&) = delete;
@@ -186,7 +186,7 @@ int SendFile(Options options)
     }
     if (const auto refusal = SendWithBar(job)) {
         const auto status = Refused(*refusal, options);
-        if (refusal->kind == serial::Refusal::Kind::Stopped) std::raise(Signals::came);
+        if (refusal->kind == serial::Refusal::Kind::Stopped) static_cast<void>(std::raise(Signals::came));
         return status;
     }
     command::Show("sent: " + std::to_string(bytes.size()) + " bytes to " +

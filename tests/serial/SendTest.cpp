@@ -15,7 +15,6 @@
 namespace {
 
 using namespace std::chrono_literals;
-using serial::Job;
 using enum serial::Refusal::Kind;
 using Clock = std::chrono::steady_clock;
 
