@@ -3,7 +3,7 @@
 # shellcheck shell=bash disable=SC2034
 
 packages_build=(g++ cmake ninja-build pkg-config qt6-base-dev librsvg2-bin fonts-dejavu-core libkissfft-dev libcli11-dev
-    libsndfile1-dev libmpg123-dev libsoxr-dev libutf8proc-dev libsdl2-dev)
+    libsndfile1-dev libmpg123-dev libsoxr-dev libutf8proc-dev libsdl2-dev libserialport-dev)
 packages_tests=(libgtest-dev libgmock-dev libz80ex-dev pasmo qt6-translations-l10n)
 packages_bench=(libbenchmark-dev libxcb1-dev xauth)
 packages_desktop=(xvfb openbox xdotool wmctrl scrot x11-utils)

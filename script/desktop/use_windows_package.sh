@@ -32,6 +32,7 @@ diff - <(find . -type f ! -path './licences/*' | LC_ALL=C sort) <<'LIST' || fail
 ./styles/qwindowsvistastyle.dll
 ./tonfloss-prepare.exe
 ./tonfloss-preview.exe
+./tonfloss-send.exe
 ./tonfloss.exe
 LIST
 

@@ -2,6 +2,7 @@
 
 #include "command/Terminal.h"
 
+#include <cmath>
 #include <iostream>
 #include <string>
 #include <utility>
@@ -15,10 +16,10 @@ constexpr std::size_t kWidth = 50; // characters
 
 void Bar::End()
 {
-    if (std::exchange(isShown_, false)) std::cerr << '\r' << std::string(kWidth + 8, ' ') << '\r';
+    if (std::exchange(isShown_, false)) std::cerr << '\r' << std::string(kWidth + 25, ' ') << '\r';
 }
 
-void Bar::Show(double done)
+void Bar::Show(double done, std::optional<double> secondsLeft)
 {
     static const bool isSeen = ShowsProgress();
     const auto percent = static_cast<int>(done * 100);
@@ -26,8 +27,9 @@ void Bar::Show(double done)
     percent_ = percent;
     isShown_ = true;
     const auto full = static_cast<std::size_t>(done * kWidth);
-    std::cerr << "\r[" << std::string(full, '#') << std::string(kWidth - full, '.') << "] " << percent << " %"
-              << std::flush;
+    std::cerr << "\r[" << std::string(full, '#') << std::string(kWidth - full, '.') << "] " << percent << " %";
+    if (secondsLeft) std::cerr << ", " << std::lround(std::ceil(*secondsLeft)) << " s left   ";
+    std::cerr << std::flush;
 }
 
 } // namespace command

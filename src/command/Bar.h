@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 
 namespace command {
 
@@ -12,8 +13,8 @@ public:
 
     /// Takes it away.
     void End();
-    /// `done` of the work, 0 to 1.
-    void Show(double done);
+    /// `done` of the work, 0 to 1, and how long the rest takes where that is known.
+    void Show(double done, std::optional<double> secondsLeft = std::nullopt);
 
 private:
     using Clock = std::chrono::steady_clock;
