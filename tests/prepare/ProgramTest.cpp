@@ -24,8 +24,8 @@ protected:
             << core::RecordingBytes(machine::RunBytes(20, 9), machine::kSampleRates.front());
         Shell(R"(printf '\377\377\377\377' | dd of=odd.wav bs=4 seek=9999 conv=notrunc
             printf '.snd\0\0\0\30\377\377\377\377\0\0\0\2\0\0\3\350\0\0\0\1' >hour.au; truncate -s 3665024 hour.au
-            echo old | tee old.bin >old.wav; ln tone.wav hard.wav; ln old.wav high-ready.wav; ln -s gone.wav dangling.wav
-            ln tone.wav tone.mp3; mkfifo pipe; mkdir folder; >empty)");
+            echo old | tee old.bin >old.wav; ln tone.wav hard.wav; ln old.wav high-ready.wav
+            ln -s gone.wav dangling.wav; ln tone.wav tone.mp3; mkfifo pipe; mkdir folder; >empty)");
     }
 
     /// What the answer says behind `name`.
