@@ -1,7 +1,5 @@
-// Any bytes, and any byte changed in a good file: refused with a reason, or laid out for the address, and nothing else
-// in them is another.
-// Input: a byte of switches; the address, two bytes, low byte first; then the file, or the place and the change of a
-// byte, the address that the player was laid out for, and the run bytes.
+// Any bytes: refused with a reason, or laid out for the address, and nothing else in them is another.
+// Input: a byte, whose lowest bit says that an address is asked for; that address, low byte first; then the file.
 #include "relocate/Relocate.h"
 
 #include <algorithm>
@@ -23,28 +21,14 @@ std::int64_t WordAt(std::string_view bytes, std::size_t offset)
     return static_cast<std::uint8_t>(bytes[offset]) + 0x100 * static_cast<std::uint8_t>(bytes[offset + 1]);
 }
 
-/// With a byte changed at the place that the first two of `input` say, by the third.
-std::string SpoiledFile(std::string_view input)
-{
-    core::SoundFile sound{0x80C5, machine::kSampleRates.front(), U"x", {}};
-    for (const char byte : input.substr(5))
-        if (byte != '\xFF') sound.runBytes.push_back(static_cast<machine::RunByte>(byte));
-    sound.playerAddress = 0x80C5 + WordAt(input, 3) % 0x6F00;
-    auto file = core::SoundFileImage(sound);
-    file[static_cast<std::size_t>(WordAt(input, 0)) % file.size()] ^= input[2];
-    return file;
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     if (size < 3) return 0;
     const std::string input(data, data + size);
-    const bool isWhole = (data[0] & 1) != 0;
-    if (!isWhole && size < 8) return 0;
-    const auto address = (data[0] & 2) != 0 ? std::optional(WordAt(input, 1)) : std::nullopt;
-    const auto file = isWhole ? input.substr(3) : SpoiledFile(std::string_view(input).substr(3));
+    const auto address = (data[0] & 1) != 0 ? std::optional(WordAt(input, 1)) : std::nullopt;
+    const auto file = input.substr(3);
 
     const auto made = relocate::Relocate(file, address);
     if (const auto* const refusal = std::get_if<relocate::Refusal>(&made)) {

@@ -32,21 +32,8 @@ std::string At(const std::string& address)
 {
     return With(With(kPC1600, 8, address), 11, address);
 }
-/// The player for C0C5, with the high byte of where it says that the title stands.
-std::string PlayerAtC0C5(const std::string& titleHigh)
-{
-    auto player = kPlayer;
-    for (const auto& [operand, bytes] : std::vector<std::pair<std::size_t, std::string>>{{1, "0F C1"},
-                                                                                         {5, "38 C1"},
-                                                                                         {11, "F3 C0"},
-                                                                                         {19, "F5 C0"},
-                                                                                         {38, "F5 C0"},
-                                                                                         {44, "CC C0"},
-                                                                                         {51, "0E C1"},
-                                                                                         {83, "1E " + titleHigh}})
-        player = With(player, operand, Bytes(bytes));
-    return player;
-}
+const std::string kLaidOut =
+    core::SoundFileImage({0xC0C5, *machine::RateOfHertz(11025), U"tone.wav", {5, 8, 8}, 0xC0C5});
 const std::string kPokEmul = kPlayer + kRunBytes;
 
 TEST(SoundFile, IsRefusedForWhatIsWrong)
@@ -64,9 +51,8 @@ TEST(SoundFile, IsRefusedForWhatIsWrong)
              {With(kPC1600, 9, "\xF0"), "the load address F0C5 isn't between 80C5 and EFFF"},
              {With(kPC1600, 12, "\xC0"), "the start address C0C5 isn't the load address 80C5"},
              {At("\x68\xEF"), "the load address EF68 is too high: with the size, 152, it is above EFFF"},
-             // Laid out for C0C5 but for its last operand; and whole, where nothing tells that address.
-             {kFileHeader + PlayerAtC0C5("81") + kRunBytes, "the player's bytes differ at 18"},
-             {PlayerAtC0C5("C1") + kRunBytes, "the player's bytes differ at 2"},
+             {With(kLaidOut, 100, "\x81"), "the player's bytes differ at 18"}, // one operand is for 80C5
+             {kLaidOut.substr(16), "the player's bytes differ at 2"},          // nothing tells that address
              {At("\xFF\xEF"), "the load address EFFF is too high: with the size, 152, it is above EFFF"},
              {kPlayer + std::string(28474, '\2') + kRunBytes.substr(20), "more than 28591 bytes"},
              {"RIFF", "it begins neither with a file header nor with the player"},
@@ -120,10 +106,8 @@ TEST(Report, TellsWhatTheMachineWillPlay)
     EXPECT_THAT(report(At("\xC5\xC0")),
                 testing::EndsWith("cents\nwarning: the player is laid out for 80C5; at C0C5 it calls and reads what "
                                   "happens to stand around 80C5; tonfloss-relocate lays it out for its address\n"));
-    const auto laidOut = At("\xC5\xC0").substr(0, 16) + PlayerAtC0C5("C1") + kRunBytes;
-    EXPECT_THAT(report(laidOut),
-                testing::AllOf(testing::HasSubstr("\nload address: C0C5\n"), testing::EndsWith("-180 cents\n")));
-    EXPECT_THAT(report(With(With(laidOut, 9, "\xD0"), 12, "\xD0")),
+    EXPECT_THAT(report(kLaidOut), testing::EndsWith("longest period: 8 samples, -9.86 %, -180 cents\n"));
+    EXPECT_THAT(report(With(With(kLaidOut, 9, "\xD0"), 12, "\xD0")),
                 testing::HasSubstr("\nwarning: the player is laid out for C0C5; at D0C5 it calls"));
 }
 

@@ -13,7 +13,7 @@ protected:
         Save("pokemul.bin", kPlayer + kRunBytes);
         Save("full.bin", Long(11938)); // 12090 bytes, as the address rule counts
         Save("over.bin", Long(11939));
-        Shell("echo old >old.bin; ln SOUND.bin hard.bin; mkdir folder; ln -s SOUND.bin soft.bin");
+        Shell("echo old >old.bin; ln SOUND.bin hard.bin; ln -s SOUND.bin soft.bin");
     }
 
     void Save(const std::string& name, const std::string& bytes) const
@@ -38,19 +38,12 @@ TEST_F(RelocateProgram, RefusesWithAMessageAndLeavesAllAsItWas)
         {1, "P none.bin", "none.bin: No such file or directory"},
         {1, "P old.bin", "old.bin: no sound file: it begins neither with a file header nor with the player"},
         {1, "P pokemul.bin", "pokemul.bin: it is a file for PokEmul, which has no address"},
-        {1, "P pokemul.bin --address C0C5 -o new.bin", "it is a file for PokEmul, which has no address"},
         {1, "P over.bin --address C0C5", "the address C0C5 is too high: with the size, 12091, it is above EFFF"},
         {1, "P window.bin -o old.bin", "old.bin: This file exists. --force replaces it."},
         {1, "P SOUND.bin --address C0C5 -o hard.bin --force", "hard.bin: This is a sound file that is read."},
-        {1, "P window.bin -o folder", "folder: This is a folder."},
         {1, "P window.bin -o new.bin >/dev/full", "standard output: No space left on device"},
         {2, "P SOUND.bin --address 80C4", "--address: 80C4 isn't between 80C5 and EFFF"},
-        {2, "P SOUND.bin --address F000", "--address: F000 isn't between 80C5 and EFFF"},
-        {2, "P SOUND.bin --address xyz", "--address: xyz isn't four hexadecimal digits"},
-        {2, "P SOUND.bin --address 0xC0C5", "--address: 0xC0C5 isn't four hexadecimal digits"},
         {2, "P SOUND.bin --address EFFF", "--address: EFFF is too high: with the size, 133, it is above EFFF"},
-        {2, "P SOUND.bin -o ''", "--output: the name is empty"},
-        {2, "P", "SOUND.bin is required"},
     });
 }
 
