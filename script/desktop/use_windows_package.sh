@@ -32,6 +32,7 @@ diff - <(find . -type f ! -path './licences/*' | LC_ALL=C sort) <<'LIST' || fail
 ./styles/qwindowsvistastyle.dll
 ./tonfloss-prepare.exe
 ./tonfloss-preview.exe
+./tonfloss-relocate.exe
 ./tonfloss-send.exe
 ./tonfloss.exe
 LIST
@@ -164,6 +165,13 @@ timeout 60 env SDL_AUDIODRIVER=disk SDL_DISKAUDIOFILE=heard.raw wine "$programs/
 hex() { od -An -v -tx1 | tr -d '\n'; }
 hex <heard.raw | grep -qF "$(tail -c +45 here.wav | hex)" || fail "the preview plays something else"
 rm report here.wav heard.raw "gehört ü.wav"
+
+wine "$programs/tonfloss-relocate.exe" "Klänge fürs Gerät.bin" --address C0C5 | tr -d '\r' >answer
+"$build/src/relocate/tonfloss-relocate" "Klänge fürs Gerät.bin" --address C0C5 --force |
+    diff - answer || fail "tonfloss-relocate says something else"
+wine "$programs/tonfloss-relocate.exe" "Klänge fürs Gerät-C0C5.bin" --address 80C5 -o back.bin >/dev/null
+cmp back.bin "Klänge fürs Gerät.bin" || fail "tonfloss-relocate doesn't find back"
+rm answer back.bin "Klänge fürs Gerät-C0C5.bin"
 
 # Sounds whose names and formats ask for more than ASCII and a decoder. Rounding may differ between systems, so that the
 # recordings are alike, not the same.

@@ -10,14 +10,20 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace command {
 
 [[nodiscard]] CLI::Validator WholeNumber(std::int64_t least, std::int64_t most);
 
+/// The characters that an option was given, composed ones (NFC).
+[[nodiscard]] std::u32string TextOf(std::string_view value);
+
 /// -o and --force.
 void AddOutput(CLI::App& app, const std::string& description, std::string& output, bool& force);
+/// --address, as hexadecimal digits: where a sound file can lie.
+void AddAddress(CLI::App& app, const std::string& description, std::optional<std::int64_t>& address);
 /// --clock and --waits.
 void AddMachine(CLI::App& app, machine::Machine& machine);
 

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <variant>
 
@@ -21,5 +22,11 @@ enum class AddressRefusal {
 /// digit ends the number, which is below the range then.
 [[nodiscard]] std::variant<std::int64_t, AddressRefusal> LoadAddressOf(std::u32string_view digits,
                                                                        std::int64_t Datengroesse);
+
+/// Four hexadecimal digits.
+[[nodiscard]] std::string AddressText(std::int64_t address);
+
+/// Why `Datengroesse` bytes can't lie at the address that `digits` name, to be shown behind that name: " is ...".
+[[nodiscard]] std::string ReasonOf(AddressRefusal refusal, std::int64_t Datengroesse);
 
 } // namespace core

@@ -1,47 +1,46 @@
 #include "core/MachineSteps.h"
 
+#include "core/LoadAddress.h"
 #include "machine/Memory.h"
 
-#include <cassert>
-#include <iomanip>
 #include <sstream>
 
 namespace core {
 namespace {
 
-constexpr std::size_t kProgramArea = 0xC000; // without the 32 KB module; NEW counts the reserved room from here
-
-std::string Hex(std::size_t number)
-{
-    std::ostringstream text;
-    text << std::hex << std::uppercase << number;
-    return text.str();
-}
-
-/// The command for 80C5 isn't in the published references; they give the one without the module.
-std::string RoomFor(std::uint16_t loadAddress, std::size_t size)
-{
-    if (loadAddress < machine::kLowestWithoutExtension)
-        return "(in PRO mode reserve " + std::to_string(size) + " bytes from " + Hex(loadAddress) +
-               " up with NEW; how that is said with the 32 KB module isn't known here)";
-    return "NEW\"S0:\",&" + Hex(loadAddress - kProgramArea + size);
-}
+constexpr std::int64_t kSlot0 = 0xC000; // from where NEW"S0:" counts
 
 } // namespace
 
-std::vector<std::string> StepsFor(std::uint16_t loadAddress, std::size_t size, int baud)
+MachineSteps MachineStepsFor(std::int64_t address, std::int64_t Datengroesse, int baud)
 {
-    assert(loadAddress >= machine::kLowestAddress);
-    std::vector<std::string> steps;
-    if (loadAddress >= machine::kLowestWithoutExtension) steps.emplace_back("(in PRO mode)");
-    steps.push_back(RoomFor(loadAddress, size));
-    steps.push_back("SETCOM\"COM1:\"," + std::to_string(baud) + ",8,N,1,N,N");
-    for (const auto* const line : {R"(OUTSTAT"COM1:")", R"(SNDSTAT"COM1:",28)", R"(RCVSTAT"COM1:",28)",
-                                   R"(INIT"COM1:",8192)", R"(BLOAD"COM1:")"})
-        steps.emplace_back(line);
-    steps.emplace_back("(when it has arrived, and if it doesn't start by itself)");
-    steps.push_back("CALL &" + Hex(loadAddress));
+    MachineSteps steps{.room = {},
+                       .load = {"SETCOM\"COM1:\"," + std::to_string(baud) + ",8,N,1,N,N", "OUTSTAT\"COM1:\"",
+                                "SNDSTAT\"COM1:\",28", "RCVSTAT\"COM1:\",28", "INIT\"COM1:\",8192", "BLOAD\"COM1:\""},
+                       .call = "CALL &" + AddressText(address)};
+    if (!machine::NeedsExtension(address)) {
+        std::ostringstream room;
+        room << "NEW\"S0:\",&" << std::hex << std::uppercase << address - kSlot0 + Datengroesse;
+        steps.room = room.str();
+    }
     return steps;
+}
+
+std::vector<std::string> StepsFor(std::int64_t address, std::int64_t Datengroesse, int baud)
+{
+    const auto steps = MachineStepsFor(address, Datengroesse, baud);
+    std::vector<std::string> lines;
+    if (steps.room) {
+        lines.emplace_back("(in PRO mode)");
+        lines.push_back(*steps.room);
+    } else {
+        lines.push_back("(in PRO mode reserve " + std::to_string(Datengroesse) + " bytes from " + AddressText(address) +
+                        " up with NEW; how that is said with the 32 KB module isn't known here)");
+    }
+    lines.insert(lines.end(), steps.load.begin(), steps.load.end());
+    lines.emplace_back("(when it has arrived, and if it doesn't start by itself)");
+    lines.push_back(steps.call);
+    return lines;
 }
 
 } // namespace core

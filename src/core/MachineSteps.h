@@ -1,15 +1,25 @@
-// MachineSteps.h: what to type on the PC-1600 so that it loads a sound file from its serial port and plays it.
+// MachineSteps.h: what is typed on a PC-1600 for a sound file that comes over the serial port: to reserve room, to load
+// and to start it.
+// Source  published references; they give the room for C0C5 alone, not what it is with the 32 KB extension.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace core {
 
-/// The lines in their order, English, for a file of `size` bytes, as the window tells it, that lies at `loadAddress`. A
-/// line in brackets is a note; the others are typed as they are. BLOAD waits for the file.
-[[nodiscard]] std::vector<std::string> StepsFor(std::uint16_t loadAddress, std::size_t size, int baud = 9600);
+struct MachineSteps {
+    std::optional<std::string> room; // in PRO mode; none below C0C5: the command isn't known
+    std::vector<std::string> load;   // the last one waits for the file
+    std::string call;                // where it doesn't start by itself
+};
+
+/// For `Datengroesse` bytes at `address`, sent at so many baud.
+[[nodiscard]] MachineSteps MachineStepsFor(std::int64_t address, std::int64_t Datengroesse, int baud = 9600);
+
+/// The same for somebody who types, line by line, English. A line in brackets is a note.
+[[nodiscard]] std::vector<std::string> StepsFor(std::int64_t address, std::int64_t Datengroesse, int baud = 9600);
 
 } // namespace core

@@ -1,6 +1,11 @@
 #include "core/SoundFileHeader.h"
 
 #include "core/HexTokenText.h"
+#include "core/LoadAddress.h"
+#include "machine/Memory.h"
+
+#include <algorithm>
+#include <array>
 
 namespace core {
 namespace {
@@ -70,6 +75,32 @@ constexpr std::string_view kHeaderPC1600 =
 
 static_assert(kHeaderPC1600.size() == kTokensPC1600 * kTokenLength);
 
+// Where the operands stand that are addresses within the image, when the player lies at 80C5: what each points to is
+// what stands there above. The three CALLs to 0112, 0109 and 00EB go into the machine and stay.
+constexpr std::array kOperands{
+    0x80C6, // title routine
+    0x80CA, // first run byte
+    0x80D0, // end
+    0x80D8, // delay routine
+    0x80EB, // delay routine
+    0x80F1, // next run byte
+    0x80F8, // rate byte
+    0x8118, // title
+};
+
+/// Of an operand, as bytes from the player's first one.
+constexpr std::size_t OffsetOf(int operand)
+{
+    return static_cast<std::size_t>(operand - machine::kPlayerAddress);
+}
+
+/// What an operand points to, as bytes from the player's first one.
+constexpr std::int64_t TargetOf(int operand)
+{
+    const auto token = kFileHeaderTokens + OffsetOf(operand);
+    return ByteOfToken(kHeaderPC1600, token) + 0x100 * ByteOfToken(kHeaderPC1600, token + 1) - machine::kPlayerAddress;
+}
+
 constexpr auto kPlayer = kHeaderPC1600.substr(kFileHeaderTokens * kTokenLength);
 constexpr std::string_view kTitleEnd = "&H0d";
 
@@ -101,6 +132,29 @@ std::string WithAddress(std::string_view header, const WordTokens& address)
 {
     const auto tokens = address.low + address.high;
     return Splice(Splice(header, kLoadAddressToken, tokens), kStartAddressToken, tokens);
+}
+
+std::string WithPlayerAt(std::string_view header, const HeaderLayout& layout, std::int64_t address)
+{
+    std::string laidOut(header);
+    for (const auto operand : kOperands) {
+        const auto tokens = WordTokensOf(address + TargetOf(operand)).value();
+        const auto token = kFileHeaderTokens - layout.absent + OffsetOf(operand);
+        laidOut.replace(token * kTokenLength, 2 * kTokenLength, tokens.low + tokens.high);
+    }
+    return laidOut;
+}
+
+std::optional<std::int64_t> PlayerAddressOf(std::string_view player)
+{
+    const auto byteAt = [&](std::size_t offset) { return static_cast<std::uint8_t>(player[offset]); };
+    const auto addressBy = [&](int operand) {
+        return byteAt(OffsetOf(operand)) + 0x100 * byteAt(OffsetOf(operand) + 1) - TargetOf(operand);
+    };
+    const auto address = addressBy(kOperands.front());
+    const bool isOne = std::ranges::all_of(kOperands, [&](int operand) { return addressBy(operand) == address; });
+    if (!isOne || RefusalOf(address, 0)) return std::nullopt;
+    return address;
 }
 
 } // namespace core

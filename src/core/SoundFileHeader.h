@@ -9,7 +9,8 @@
 //     start address      2     the same, with the same value
 //     rate byte          1     the sample rate is accepted
 //     title             25     the same; byte 0D behind it
-// The first three are in the file header.
+// The first three are in the file header. Eight operands of the player are addresses within the image: it runs only at
+// the address that it is laid out for. The window leaves that at 80C5.
 #pragma once
 
 #include <cstddef>
@@ -60,7 +61,14 @@ struct WordTokens {
 /// `header` of the target PC-1600 with the program length: all that follows its first 16 bytes, end mark included.
 [[nodiscard]] std::string WithProgramLength(std::string_view header, const WordTokens& length);
 
-/// `header` of the target PC-1600 with load and start address. The player's own addresses stay those of 80C5.
+/// `header` of the target PC-1600 with load and start address. The player's own addresses stay as they are.
 [[nodiscard]] std::string WithAddress(std::string_view header, const WordTokens& address);
+
+/// `header` of that layout with the player laid out for `address`. Requires: one where a sound file can lie.
+[[nodiscard]] std::string WithPlayerAt(std::string_view header, const HeaderLayout& layout, std::int64_t address);
+
+/// The address that a player is laid out for; none where its operands belong to different ones, or to one where no
+/// sound file can lie. `player` are its 115 bytes, of which only the operands are looked at.
+[[nodiscard]] std::optional<std::int64_t> PlayerAddressOf(std::string_view player);
 
 } // namespace core

@@ -23,9 +23,9 @@ std::string HeaderOf(const SoundFile& sound, BackgroundTask& RuntimeBackgroundTa
     const auto& layout = sound.loadAddress ? kLayoutPC1600 : kLayoutPokeMul;
     auto header = WithRateAndTitle(layout.tokens, layout, RateToken(sound.sampleRate.hertz),
                                    NameTokens(sound.title, RuntimeBackgroundTask));
+    header = WithPlayerAt(header, layout, sound.playerAddress);
     if (!sound.loadAddress) return header;
-    const auto length = kTokensPokeMul + static_cast<std::int64_t>(sound.runBytes.size()) + 1; // the end mark
-    return WithAddress(WithProgramLength(header, WordTokensOf(length).value()),
+    return WithAddress(WithProgramLength(header, WordTokensOf(SizeOf(sound) - kFileHeaderTokens).value()),
                        WordTokensOf(*sound.loadAddress).value());
 }
 
@@ -35,6 +35,20 @@ std::string Joined(std::string header, std::string_view runBytes)
 }
 
 } // namespace
+
+std::int64_t SizeOf(const SoundFile& sound)
+{
+    const auto runBytes = static_cast<std::int64_t>(sound.runBytes.size()) + 1; // the end mark
+    return sound.loadAddress ? kTokensPC1600 + runBytes : runBytes;
+}
+
+std::variant<std::string, AddressRefusal, TitleRefusal> LaidOutFile(SoundFile sound)
+{
+    sound.playerAddress = sound.loadAddress.value_or(machine::kPlayerAddress);
+    if (const auto refusal = RefusalOf(sound.playerAddress, SizeOf(sound))) return *refusal;
+    if (const auto refusal = RefusalOfTitle(sound.title)) return *refusal;
+    return SoundFileImage(sound);
+}
 
 std::string SoundFileImage(const SoundFile& sound)
 {

@@ -3,6 +3,7 @@
 #include "core/HexTokenText.h"
 #include "core/SoundFileHeader.h"
 #include "core/TextLibrary.h"
+#include "core/Title.h"
 #include "machine/SampleRates.h"
 
 #include <cassert>
@@ -11,7 +12,6 @@ namespace core {
 namespace {
 
 constexpr std::size_t kWaveHeader = 44; // bytes
-constexpr char32_t kHighestByte = 255;
 
 /// The little-endian number in bytes `first` to `last`, positions counted from 1.
 std::uint32_t NumberAt(std::string_view file, std::size_t first, std::size_t last)
@@ -55,10 +55,10 @@ std::string RateToken(std::uint32_t sampleRate)
 
 std::string NameTokens(std::u32string_view fileName, BackgroundTask& RuntimeBackgroundTask)
 {
+    const auto title = TitleOf(fileName);
     std::string tokens;
     for (std::size_t position = 1; position <= kTitleTokens; ++position) {
-        const auto code = text::Asc(text::Mid(fileName, position, 1));
-        tokens += TokenOf(static_cast<std::uint8_t>(code > kHighestByte ? U'?' : code));
+        tokens += TokenOf(static_cast<std::uint8_t>(text::Asc(text::Mid(title, position, 1))));
         RuntimeBackgroundTask();
     }
     return tokens;

@@ -39,7 +39,7 @@ inline constexpr double kLargestWaveFile = 500000; // bytes
 /// One token: the player's name for the rate. Requires: one that it knows.
 [[nodiscard]] std::string RateToken(std::uint32_t sampleRate);
 
-/// Always 25 tokens: the name's first 25 characters, one byte each, then 00. A character above 255 becomes "?".
+/// Always 25 tokens: the title that becomes of the name, one byte a character, then 00.
 [[nodiscard]] std::string NameTokens(std::u32string_view fileName, BackgroundTask& RuntimeBackgroundTask);
 
 /// What stands behind the 44 bytes of the header; empty where nothing does.

@@ -1,5 +1,7 @@
 #include "preview/Report.h"
 
+#include "core/LoadAddress.h"
+
 #include <algorithm>
 #include <cmath>
 #include <iomanip>
@@ -35,10 +37,11 @@ std::string PitchText(double pitch)
 std::vector<std::string> WarningsOf(const SoundFile& sound)
 {
     std::vector<std::string> warnings;
-    const auto runsAt = AddressText(machine::kPlayerAddress);
-    if (sound.loadAddress && *sound.loadAddress != machine::kPlayerAddress)
-        warnings.push_back("the player runs at " + runsAt + " only; at " + AddressText(*sound.loadAddress) +
-                           " it calls and reads what happens to stand around " + runsAt);
+    const auto runsAt = core::AddressText(sound.playerAddress);
+    if (sound.loadAddress && *sound.loadAddress != sound.playerAddress)
+        warnings.push_back("the player is laid out for " + runsAt + "; at " + core::AddressText(*sound.loadAddress) +
+                           " it calls and reads what happens to stand around " + runsAt +
+                           "; tonfloss-relocate lays it out for its address");
     if (sound.runBytes.empty()) warnings.emplace_back("there is no period in it; the machine plays nothing");
     return warnings;
 }
@@ -56,7 +59,7 @@ std::string ReportOn(const SoundFile& sound, const machine::Machine& onMachine)
 
     std::ostringstream text;
     text << "target: " << (sound.loadAddress ? "PC-1600" : "PokEmul") << "\ntitle: " << ReadableTitle(sound.title);
-    if (sound.loadAddress) text << "\nload address: " << AddressText(*sound.loadAddress);
+    if (sound.loadAddress) text << "\nload address: " << core::AddressText(*sound.loadAddress);
     text << "\nsample rate: " << sound.sampleRate.hertz << " Hz\nperiods: " << periods.size()
          << "\nseconds: " << std::fixed << std::setprecision(3) << machine::SecondsOf(whole.cycles, onMachine);
     if (periods.empty()) {

@@ -6,8 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <iomanip>
-#include <sstream>
 
 namespace preview {
 namespace {
@@ -36,11 +34,13 @@ bool IsField(std::size_t token)
     return token == kRateToken || (token >= kTitleToken && token < kTitleToken + kTitleTokens);
 }
 
-/// What is wrong with the constants in front of the run bytes. `absent` bytes of the PC-1600 header aren't there.
-std::optional<Refusal> RefusalOfConstants(std::string_view bytes, std::size_t absent)
+/// What is wrong with the constants in front of the run bytes, when the player is laid out for that address. `absent`
+/// bytes of the PC-1600 header aren't there.
+std::optional<Refusal> RefusalOfConstants(std::string_view bytes, std::size_t absent, std::int64_t playerAddress)
 {
+    const auto header = WithPlayerAt(kLayoutPC1600.tokens, kLayoutPC1600, playerAddress);
     for (auto token = absent; token < kTokensPC1600; ++token) {
-        if (IsField(token) || ByteAt(bytes, token - absent) == ByteOfToken(kLayoutPC1600.tokens, token)) continue;
+        if (IsField(token) || ByteAt(bytes, token - absent) == ByteOfToken(header, token)) continue;
         const std::string whose = token < kFileHeader ? "the file header's" : "the player's";
         return Refusal{whose + " bytes differ at " + std::to_string(token - absent)};
     }
@@ -55,12 +55,9 @@ std::optional<Refusal> RefusalOfFields(std::string_view bytes, std::size_t runBy
         return Refusal{"the file header tells a program of " + std::to_string(length) + " bytes, but it has " +
                        std::to_string(kPlayer + runBytes)};
     const auto address = WordAt(bytes, kLoadAddressToken);
-    const auto size = kTokensPC1600 + runBytes;
-    if (const auto refusal = RefusalOf(address, static_cast<std::int64_t>(size)))
-        return Refusal{"the load address " + AddressText(address) +
-                       (*refusal == AddressRefusal::Range
-                            ? " isn't between 80C5 and EFFF"
-                            : " is too high: with the size, " + std::to_string(size) + ", it is above EFFF")};
+    const auto size = kTokensPC1600 + static_cast<std::int64_t>(runBytes);
+    if (const auto refusal = RefusalOf(address, size))
+        return Refusal{"the load address " + AddressText(address) + ReasonOf(*refusal, size)};
     const auto start = WordAt(bytes, kStartAddressToken);
     if (start != address)
         return Refusal{"the start address " + AddressText(start) + " isn't the load address " + AddressText(address)};
@@ -109,7 +106,10 @@ std::variant<SoundFile, Refusal> Parse(std::string_view bytes)
     const auto front = TokenCount(layout.tokens);
     if (bytes.size() < front + 1 + kAfterEndMark.size())
         return Refusal{"only " + std::to_string(bytes.size()) + " bytes, less than a player and an end mark"};
-    if (const auto refusal = RefusalOfConstants(bytes, absent)) return *refusal;
+    // Without a file header only the window's player is one of ours: nothing tells of another address.
+    const auto laidOutFor = layout.HasFileHeader() ? PlayerAddressOf(bytes.substr(kFileHeader, kPlayer)) : std::nullopt;
+    const auto playerAddress = laidOutFor.value_or(machine::kPlayerAddress);
+    if (const auto refusal = RefusalOfConstants(bytes, absent, playerAddress)) return *refusal;
 
     const auto rateByte = ByteAt(bytes, kRateToken - absent);
     const auto* const rate = machine::RateOfPlayerByte(rateByte);
@@ -126,19 +126,13 @@ std::variant<SoundFile, Refusal> Parse(std::string_view bytes)
                     .sampleRate = *rate,
                     .title = WithoutFill(bytes.substr(kTitleToken - absent, kTitleTokens)),
                     .runBytes = {bytes.begin() + static_cast<std::ptrdiff_t>(front),
-                                 bytes.begin() + static_cast<std::ptrdiff_t>(endMark)}};
+                                 bytes.begin() + static_cast<std::ptrdiff_t>(endMark)},
+                    .playerAddress = playerAddress};
     if (layout.HasFileHeader()) sound.loadAddress = WordAt(bytes, kLoadAddressToken);
     return sound;
 }
 
 } // namespace
-
-std::string AddressText(std::int64_t address)
-{
-    std::ostringstream text;
-    text << std::hex << std::uppercase << std::setfill('0') << std::setw(4) << address;
-    return text.str();
-}
 
 std::variant<SoundFile, Refusal> ParseSoundFile(std::string_view bytes)
 {

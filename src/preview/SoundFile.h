@@ -1,7 +1,8 @@
 // SoundFile.h: a finished sound file taken apart again. T counts the run bytes, the end mark included.
 //     PC-1600   PokEmul    bytes   content
 //        0                   16    file header: constants, program length T + 115, load address, the same as start
-//       16         0        115    player: the template's bytes but for the rate byte and the title
+//       16         0        115    player: the template's bytes but for the rate byte, the title and, for the PC-1600,
+//                                  the address that it is laid out for
 //      131       115          T    run bytes; the first FF is the last of them, the end mark
 //      131 + T   115 + T      2    00 00, and nothing behind them
 // The first byte tells the layouts apart: FF or CD. All offsets in a reason count from the first byte of the file.
@@ -30,11 +31,9 @@ struct Refusal {
     std::string reason;
 };
 
-/// Four hexadecimal digits, as the window takes them.
-[[nodiscard]] std::string AddressText(std::int64_t address);
-
 /// The sound file that `bytes` are, or what is wrong with them. Refuses all that the window can't have saved, but for
-/// titles and run bytes that no recording leads to. The title comes without the zeros that fill its field.
+/// titles and run bytes that no recording leads to, and players that are laid out for another address. The title comes
+/// without the zeros that fill its field.
 [[nodiscard]] std::variant<SoundFile, Refusal> ParseSoundFile(std::string_view bytes);
 
 } // namespace preview

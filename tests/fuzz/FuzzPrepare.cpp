@@ -29,6 +29,11 @@ void TryArguments(const std::string& bytes)
     const bool isWithin = options.size >= 133 && options.size <= 28474 && options.part.from >= 0 &&
                           options.part.length.value_or(1) > 0 && options.playback.machine.clock >= 1'000'000;
     if (!isWithin || options.inputs.empty()) std::abort();
+    if (!options.soundFile) return;
+    const auto address = options.soundFile->loadAddress.value_or(0x80C5);
+    const auto title = options.soundFile->title.value_or(U"");
+    const bool isLatin1 = std::ranges::all_of(title, [](char32_t character) { return character < 0x100; });
+    if (address < 0x80C5 || address + options.size > 0xEFFF || title.size() > 25 || !isLatin1) std::abort();
 }
 
 void TrySound(int switches, const std::string& bytes)

@@ -24,8 +24,8 @@ protected:
             << core::RecordingBytes(machine::RunBytes(20, 9), machine::kSampleRates.front());
         Shell(R"(printf '\377\377\377\377' | dd of=odd.wav bs=4 seek=9999 conv=notrunc
             printf '.snd\0\0\0\30\377\377\377\377\0\0\0\2\0\0\3\350\0\0\0\1' >hour.au; truncate -s 3665024 hour.au
-            echo old >old.wav; ln tone.wav hard.wav; ln old.wav high-ready.wav; ln -s gone.wav dangling.wav
-            ln tone.wav tone.mp3; mkfifo pipe; mkdir folder; >empty)");
+            echo old | tee old.bin >old.wav; ln tone.wav hard.wav; ln old.wav high-ready.wav
+            ln -s gone.wav dangling.wav; ln tone.wav tone.mp3; mkfifo pipe; mkdir folder; >empty)");
     }
 
     /// What the answer says behind `name`.
@@ -74,6 +74,21 @@ TEST_F(PrepareProgram, RefusesWithAMessageAndLeavesAllAsItWas)
         // Wrong usage.
         {2, "P", "FILE is required"},
         {2, "P tone.wav ./tone.mp3 --force", "./tone.mp3: Its recording would have the same name as that of tone.wav."},
+        {2, "P tone.wav -o new.bin --address 80C4", "--address: 80C4 isn't between 80C5 and EFFF"},
+        {2, "P tone.wav -o new.bin --address F000", "--address: F000 isn't between 80C5 and EFFF"},
+        {2, "P tone.wav -o new.bin --address xyz", "--address: xyz isn't four hexadecimal digits"},
+        {2, "P tone.wav -o new.bin --address EF7B", "EF7B is too high: with the size, 133, it is above EFFF"},
+        {2, "P tone.wav -o new.bin --address C0C5 --size 12091", "C0C5 is too high: with the size, 12091, it is above"},
+        {2, "P tone.wav -o new.bin --address C0C5 --target pokemul", "--address: a file for PokEmul has none"},
+        {2, "P tone.wav -o new.bin --target mz", "--target: mz is none of pc1600 and pokemul"},
+        {2, "P tone.wav -o new.bin --title 12345678901234567890123456",
+         "--title: 26 characters, and the machine shows"},
+        {2, "P tone.wav -o new.bin --title \u0151", "--title: it has a character beyond Latin-1"},
+        {2, "P tone.wav -o new.bin --title \xE4", "--title: it has a character beyond Latin-1"}, // no UTF-8
+        {2, "P tone.wav -o new.wav --title x", "--title: it is for -o with a name that ends with .bin"},
+        {2, "P tone.wav --address C0C5", "--address: it is for -o with a name that ends with .bin"},
+        {2, "P tone.wav --target pc1600", "--target: it is for -o with a name that ends with .bin"},
+        {1, "P tone.wav -o old.bin", "old.bin: This file exists."},
         {2, "P tone.wav --from 2 --to 0:02", "--to: nothing is left"},
         {2, "P tone.wav hard.wav -o new.wav", "--output: it can hold one recording"},
         {2, "P tone.wav --for noise", "--for: noise is none of speech, music, melody and sound"},
@@ -116,6 +131,47 @@ TEST_F(PrepareProgram, MakesWhatTheOptionsSayAndTellsTheTruthAboutIt)
         EXPECT_EQ(Told("size"),
                   std::to_string(count + 131) + " for the PC-1600, " + std::to_string(count) + " for PokEmul");
     }
+}
+
+TEST_F(PrepareProgram, MakesTheSoundFileItself)
+{
+    // Rate, title and address stand where the machine looks for them; the window's road is held against this elsewhere.
+    ASSERT_EQ(Shell("P tone.wav -o new.bin --for music --address c0c5 --rate 8000 --title '[\u00C4,b]'"), 0) << err;
+    const auto file = Read(folder / "files/new.bin");
+    EXPECT_EQ(file.substr(8, 2) + file.substr(11, 2) + file.substr(16, 3) + file.substr(89, 1),
+              Bytes("C5 C0 C5 C0 CD 0F C1 08"));
+    EXPECT_EQ(file.substr(105, 26), "[\xC4,b]" + std::string(20, '\0') + '\r');
+    const auto size = file.size() - 2;
+    std::ostringstream room;
+    room << "NEW\"S0:\",&" << std::hex << std::uppercase << size + 0xC5;
+    for (const auto& [name, told] : std::vector<std::pair<std::string, std::string>>{
+             {"made", "new.bin, 8000 Hz"},
+             {"target", "PC-1600"},
+             {"load address", "C0C5"},
+             {"title on the machine", "[\u00C4,b]"},
+             {"size", std::to_string(size)},
+             {"32 KB extension", "not needed"},
+             {"room", room.str()},
+             {"load", "SETCOM\"COM1:\",9600,8,N,1,N,N"},
+             {"call", "CALL &C0C5"},
+         })
+        EXPECT_EQ(Told(name), told);
+
+    // The title is the source's name by the window's rules; the extension is asked for by size and by address.
+    Shell(R"sh(ln tone.wav "$(printf 'u\314\210\305\221-a-name-longer-than-its-place.wav')")sh");
+    EXPECT_EQ(Shell("P u*.wav -o NEW.BIN --for music"), 0) << err;
+    EXPECT_EQ(Told("title on the machine"), "\u00FC?-a-name-longer-than-its");
+    EXPECT_EQ(Told("32 KB extension"), "needed for the address 80C5, not for the size");
+    EXPECT_EQ(Shell("P high.wav -o long.bin --for sound"), 0) << err;
+    EXPECT_EQ(Told("32 KB extension"), "needed for the size");
+    EXPECT_EQ(Shell("P high.wav -o less.bin --for sound --address C0C5; wc -c <less.bin >&2"), 0);
+    EXPECT_LE(std::stoi(err), 12092); // two behind the end mark aren't counted
+    EXPECT_GT(std::stoi(err), 11000);
+    EXPECT_EQ(Shell("P high.wav -o long.bin --force --for sound --address C0C4 --length 4 --title ''"), 0) << err;
+    EXPECT_EQ(Read(folder / "files/long.bin").substr(105, 26), std::string(25, '\0') + '\r');
+    EXPECT_EQ(Shell("P tone.wav -o pokemul.bin --target PokEmul --for music --title=++"), 0) << err;
+    EXPECT_EQ(Read(folder / "files/pokemul.bin").substr(0, 3), Bytes("CD 0F 81"));
+    EXPECT_EQ(Told("target") + Told("title on the machine") + Told("next"), "PokEmul++load it into PokEmul at 80C5");
 }
 
 TEST_F(PrepareProgram, ShowsABarOnTheTerminal)

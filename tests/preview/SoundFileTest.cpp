@@ -32,6 +32,8 @@ std::string At(const std::string& address)
 {
     return With(With(kPC1600, 8, address), 11, address);
 }
+const std::string kLaidOut =
+    core::SoundFileImage({0xC0C5, *machine::RateOfHertz(11025), U"tone.wav", {5, 8, 8}, 0xC0C5});
 const std::string kPokEmul = kPlayer + kRunBytes;
 
 TEST(SoundFile, IsRefusedForWhatIsWrong)
@@ -49,6 +51,8 @@ TEST(SoundFile, IsRefusedForWhatIsWrong)
              {With(kPC1600, 9, "\xF0"), "the load address F0C5 isn't between 80C5 and EFFF"},
              {With(kPC1600, 12, "\xC0"), "the start address C0C5 isn't the load address 80C5"},
              {At("\x68\xEF"), "the load address EF68 is too high: with the size, 152, it is above EFFF"},
+             {With(kLaidOut, 100, "\x81"), "the player's bytes differ at 18"}, // one operand is for 80C5
+             {kLaidOut.substr(16), "the player's bytes differ at 2"},          // nothing tells that address
              {At("\xFF\xEF"), "the load address EFFF is too high: with the size, 152, it is above EFFF"},
              {kPlayer + std::string(28474, '\2') + kRunBytes.substr(20), "more than 28591 bytes"},
              {"RIFF", "it begins neither with a file header nor with the player"},
@@ -100,8 +104,11 @@ TEST(Report, TellsWhatTheMachineWillPlay)
               "pitch: none\nshortest period: none\nlongest period: none\n"
               "warning: there is no period in it; the machine plays nothing\n");
     EXPECT_THAT(report(At("\xC5\xC0")),
-                testing::EndsWith("cents\nwarning: the player runs at 80C5 only; at C0C5 it calls and reads what "
-                                  "happens to stand around 80C5\n"));
+                testing::EndsWith("cents\nwarning: the player is laid out for 80C5; at C0C5 it calls and reads what "
+                                  "happens to stand around 80C5; tonfloss-relocate lays it out for its address\n"));
+    EXPECT_THAT(report(kLaidOut), testing::EndsWith("longest period: 8 samples, -9.86 %, -180 cents\n"));
+    EXPECT_THAT(report(With(With(kLaidOut, 9, "\xD0"), 12, "\xD0")),
+                testing::HasSubstr("\nwarning: the player is laid out for C0C5; at D0C5 it calls"));
 }
 
 } // namespace

@@ -100,7 +100,7 @@ TEST_F(ReadSoundTest, TakesEachChannelAndSilenceForWhatIsNoNumber)
 
 TEST_F(ReadSoundTest, RefusesWhatIsNoSoundToPrepare)
 {
-    const auto tone = [&](const char* name, Tone that) {
+    const auto tone = [&](const char* name, ToneOfSound that) {
         return WriteTone(folder / name, SF_FORMAT_WAV | SF_FORMAT_PCM_16, that);
     };
     for (const auto& [file, part, message] : std::vector<std::tuple<std::filesystem::path, Part, std::string>>{

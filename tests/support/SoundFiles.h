@@ -24,7 +24,7 @@ inline const std::vector<std::pair<const char*, int>> kFormats{
     {"mp3", kMp3},
 };
 
-struct Tone {
+struct ToneOfSound {
     int rate = 48000; // which Opus knows, too
     int channels = 1;
     double seconds = 1;
@@ -33,7 +33,7 @@ struct Tone {
 };
 
 /// 440 Hz in the first second and 880 Hz behind it, at half of full scale. Gives `file` back.
-inline std::filesystem::path WriteTone(const std::filesystem::path& file, int format, const Tone& tone)
+inline std::filesystem::path WriteTone(const std::filesystem::path& file, int format, const ToneOfSound& tone)
 {
     SF_INFO info{.frames = 0,
                  .samplerate = tone.rate,

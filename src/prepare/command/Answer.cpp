@@ -1,10 +1,13 @@
 #include "prepare/command/Answer.h"
 
 #include "command/Names.h"
+#include "command/PC1600.h"
+#include "core/LoadAddress.h"
 #include "core/SoundFileHeader.h"
 #include "core/TimeText.h"
+#include "core/Title.h"
+#include "machine/Memory.h"
 
-#include <algorithm>
 #include <iomanip>
 #include <sstream>
 
@@ -38,33 +41,46 @@ std::string VoicesTaken(Kind asked, Kind taken)
     return "\nvoices: several, and all of them are kept; for the strongest alone: --for melody";
 }
 
+/// What the window will tell of a recording, and what is to be done with it.
+std::string OfRecording(const std::filesystem::path& output, std::int64_t runBytes)
+{
+    const auto size = runBytes + core::kTokensPC1600;
+    const auto title = core::TitleOf(command::Composed(command::CharactersOf(output.filename())));
+    return "size: " + std::to_string(size) + " for the PC-1600, " + std::to_string(runBytes) +
+           " for PokEmul\n32 KB extension: " + command::ExtensionText(machine::kPlayerAddress, size) +
+           "\ntitle on the machine: " + command::Shown(title) +
+           "\nnext: drop the recording on the window of Tonfloss; for another title, give it another name before\n";
+}
+
+std::string OfSoundFile(const core::SoundFile& file)
+{
+    const auto size = core::SizeOf(file);
+    const auto title = "title on the machine: " + command::Shown(file.title) + '\n';
+    if (file.loadAddress) return "target: PC-1600\n" + title + command::OnThePC1600(*file.loadAddress, size);
+    return "target: PokEmul\n" + title + "size: " + std::to_string(size) + "\nnext: load it into PokEmul at " +
+           core::AddressText(machine::kPlayerAddress) + '\n';
+}
+
 } // namespace
 
-std::string Answer(const std::filesystem::path& input, const std::filesystem::path& output, const Options& options,
-                   const sound::Recording& recording, const Prepared& prepared)
+std::string Answer(const Way& way, const Options& options, const sound::Recording& recording, const Prepared& prepared,
+                   const std::optional<core::SoundFile>& file)
 {
-    const auto inPokEmul = static_cast<std::int64_t>(prepared.runBytes.size()) + 1; // the end mark
-    const auto inPC1600 = inPokEmul + core::kTokensPC1600;
-    auto title = command::Composed(command::CharactersOf(output.filename())).substr(0, core::kTitleTokens);
-    std::ranges::replace_if(
-        title, [](char32_t c) { return c > 0xFF; }, U'?'); // as the window does
-
+    const auto runBytes = static_cast<std::int64_t>(prepared.runBytes.size()) + 1; // the end mark
     std::ostringstream text;
     const auto note = recording.isJoined
                           ? std::string("\nnote: another sound is joined to this one in the file, and isn't read")
                       : recording.told ? "\nnote: the file says that it lasts " + TimeText(*recording.told)
                                        : std::string();
-    text << "read: " << command::Shown(input.filename());
+    text << "read: " << command::Shown(way.input.filename());
     if (recording.seconds) text << ", " << TimeText(*recording.seconds);
     text << ", " << recording.rate << " Hz, " << recording.channels
          << (recording.channels == 1 ? " channel" : " channels")
          << "\ntaken: " << TimeText(sound::SecondsAt(recording.samples.size())) << " from " << TimeText(recording.from)
-         << note << VoicesTaken(options.kind, prepared.kind) << "\nmade: " << command::Shown(output) << ", "
+         << note << VoicesTaken(options.kind, prepared.kind) << "\nmade: " << command::Shown(way.output) << ", "
          << options.playback.rate.hertz << " Hz\nseconds: " << std::fixed << std::setprecision(3) << prepared.seconds
-         << "\nrun bytes: " << inPokEmul << "\nsize: " << inPC1600 << " for the PC-1600, " << inPokEmul
-         << " for PokEmul\n32 KB extension: needed, since the player runs at 80C5 only\ntitle on the machine: "
-         << command::Shown(title)
-         << "\nnext: drop the recording on the window of Tonfloss; for another title, give it another name before\n";
+         << "\nrun bytes: " << runBytes << '\n'
+         << (file ? OfSoundFile(*file) : OfRecording(way.output, runBytes));
     return text.str();
 }
 

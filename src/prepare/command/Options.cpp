@@ -2,15 +2,16 @@
 
 #include "command/CommandLine.h"
 #include "command/Names.h"
-#include "core/SoundFileHeader.h"
+#include "core/ImageSize.h"
+#include "core/LoadAddress.h"
 #include "core/TimeText.h"
+#include "core/Title.h"
 
 #include <algorithm>
 
 namespace prepare {
 namespace {
 
-constexpr std::int64_t kSmallestSize = core::kTokensPC1600 + 2; // a single period and the end mark
 constexpr const char* kFooter = "TIME is in seconds, or m:ss. The exit status is 0, 1 if a file can't be read, "
                                 "prepared or written, and 2 for wrong\n"
                                 "usage.";
@@ -62,6 +63,11 @@ std::vector<std::string> Noises()
     return {"reduce", "keep"};
 }
 
+std::vector<std::string> Targets()
+{
+    return {"pc1600", "pokemul"};
+}
+
 const auto kHertz = [](const machine::SampleRate& rate) { return std::to_string(rate.hertz); };
 
 /// What the library leaves as text, until all has been found.
@@ -71,6 +77,10 @@ struct Found {
     std::string kind{NameOf(Options().kind)};
     std::string noise{Noises().front()};
     std::optional<double> to; // seconds
+    std::optional<std::string> target;
+    std::optional<std::int64_t> address;
+    std::optional<std::string> title;
+    std::optional<std::int64_t> size; // bytes
     std::string rate = kHertz(Options().playback.rate);
 };
 
@@ -106,7 +116,10 @@ void Describe(CLI::App& app, Options& options, Found& found)
     const auto kinds = Texts(kKinds, NameOf);
     const auto rates = Texts(machine::kSampleRates, kHertz);
     app.add_option("FILE", found.inputs, "Sound files, each prepared by itself")->required()->type_name("");
-    command::AddOutput(app, "The recording; else NAME-ready.wav beside the sound file", found.output, options.force);
+    command::AddOutput(app,
+                       "The recording; else NAME-ready.wav beside the sound file. A name that ends with .bin: the file "
+                       "for the machine",
+                       found.output, options.force);
     app.add_option("--for", found.kind,
                    Listed(Texts(kKinds, Explained), "or") + "; " + found.kind + " if nothing is said")
         ->type_name("KIND")
@@ -116,12 +129,26 @@ void Describe(CLI::App& app, Options& options, Found& found)
                        " if nothing is said")
         ->type_name("WHAT")
         ->transform(OneOf(Noises(), Listed(Noises(), "and")));
-    app.add_option("--size", options.size,
+    app.add_option("--size", found.size,
                    "What the sound file for the PC-1600 may take, also in K of 1024; " + std::to_string(options.size) +
-                       " if nothing is said")
+                       ", or what --address leaves, if nothing is said")
         ->type_name("BYTES")
-        ->transform(command::WholeNumber(kSmallestSize, machine::kLargestSize))
+        ->transform(command::WholeNumber(core::kSmallestSize, machine::kLargestSize))
         ->transform(Kilobytes()); // the last one comes first
+    app.add_option("--target", found.target,
+                   "Of a file for the machine, " + Listed(Targets(), "or") + "; " + Targets().front() +
+                       " if nothing is said")
+        ->type_name("TARGET")
+        ->transform(OneOf(Targets(), Listed(Targets(), "and")));
+    command::AddAddress(app,
+                        "Of a file for the PC-1600, where it is loaded and started, " +
+                            core::AddressText(machine::kLowestWithoutExtension) +
+                            " or more without the 32 KB module; " + core::AddressText(machine::kLowestAddress) +
+                            " if nothing is said",
+                        found.address);
+    app.add_option("--title", found.title,
+                   "Of a file for the machine, at most 25 characters of Latin-1; else the sound file's name")
+        ->type_name("TEXT");
     app.add_option("--from", options.part.from, "Leave out what is before")->type_name("TIME")->transform(Time());
     auto* const to = app.add_option("--to", found.to, "Leave out what is behind")->type_name("TIME")->transform(Time());
     app.add_option("--length", options.part.length, "Take no more than this, instead of --to")
@@ -134,6 +161,41 @@ void Describe(CLI::App& app, Options& options, Found& found)
         ->transform(OneOf(rates, "the rates that the machine knows"));
     command::AddMachine(app, options.playback.machine);
     app.add_flag("--wait", options.waits)->group(""); // of the desktop entry: its terminal closes with the program
+}
+
+/// Throws for options that don't go together with it.
+std::optional<SoundFileOptions> SoundFileFor(const Found& found)
+{
+    if (!CLI::detail::to_lower(found.output).ends_with(".bin")) {
+        for (const auto& [option, isSaid] : {std::pair("--target", found.target.has_value()),
+                                             {"--address", found.address.has_value()},
+                                             {"--title", found.title.has_value()}})
+            if (isSaid) throw CLI::ValidationError(option, "it is for -o with a name that ends with .bin");
+        return std::nullopt;
+    }
+    SoundFileOptions made;
+    if (found.target.value_or(Targets().front()) == Targets().front())
+        made.loadAddress = found.address.value_or(machine::kLowestAddress);
+    else if (found.address)
+        throw CLI::ValidationError("--address", "a file for PokEmul has none");
+    if (!found.title) return made;
+    made.title = command::TextOf(*found.title);
+    if (const auto refusal = core::RefusalOfTitle(*made.title))
+        throw CLI::ValidationError("--title", *refusal == core::TitleRefusal::TooLong
+                                                  ? std::to_string(made.title->size()) +
+                                                        " characters, and the machine shows 25 at most"
+                                                  : "it has a character beyond Latin-1");
+    return made;
+}
+
+/// The most that may be taken. Throws where that has no room.
+std::int64_t SizeFor(const Found& found)
+{
+    const auto address = found.address.value_or(machine::kLowestAddress);
+    const auto size = found.size.value_or(machine::RoomAt(address));
+    if (const auto refusal = core::RefusalOf(address, size))
+        throw CLI::ValidationError("--address", core::AddressText(address) + core::ReasonOf(*refusal, size));
+    return size;
 }
 
 } // namespace
@@ -150,6 +212,8 @@ std::variant<Options, command::Ending> ParseOptions(std::vector<std::string> arg
         if (found.to) options.part.length = std::max(0.0, *found.to - options.part.from);
         if (found.to && options.part.length == 0.0) throw CLI::ValidationError("--to", "nothing is left");
         if (options.part.length == 0.0) throw CLI::ValidationError("--length", "nothing is left");
+        options.soundFile = SoundFileFor(found);
+        options.size = SizeFor(found);
     };
     if (auto ending = command::Parse(app, std::move(arguments), check)) return std::move(*ending);
     for (const auto& input : found.inputs)

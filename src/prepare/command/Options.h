@@ -8,15 +8,23 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
 
 namespace prepare {
 
+/// The sound file that is made, in place of a recording for the window.
+struct SoundFileOptions {
+    std::optional<std::int64_t> loadAddress; // none: for PokEmul
+    std::optional<std::u32string> title;     // none: the source's name without its ending
+};
+
 struct Options {
     std::vector<std::filesystem::path> inputs; // at least one
     std::filesystem::path output;              // empty: a name beside each input
+    std::optional<SoundFileOptions> soundFile; // none: a recording is made
     bool force = false;
     Kind kind = Kind::Speech;
     Noise noise = Noise::TakenOut;

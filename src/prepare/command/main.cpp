@@ -2,9 +2,10 @@
 #include "command/Messages.h"
 #include "command/Names.h"
 #include "command/Terminal.h"
+#include "core/ImageSize.h"
 #include "core/PeriodEncoder.h"
 #include "core/RecordingBytes.h"
-#include "core/SoundFileHeader.h"
+#include "core/SoundFileImage.h"
 #include "core/WaveAcceptance.h"
 #include "files/Files.h"
 #include "prepare/command/Answer.h"
@@ -43,6 +44,15 @@ std::string RecordingOf(const Prepared& prepared, const machine::SampleRate& rat
     return bytes;
 }
 
+core::SoundFile SoundFileOf(const fs::path& input, const Prepared& prepared, const Options& options)
+{
+    const auto& file = *options.soundFile;
+    return {.loadAddress = file.loadAddress,
+            .sampleRate = options.playback.rate,
+            .title = file.title.value_or(core::TitleOf(command::Composed(command::CharactersOf(input.stem())))),
+            .runBytes = prepared.runBytes};
+}
+
 constexpr auto kStandardOutput = "-";
 
 fs::path OutputFor(const fs::path& input, const Options& options)
@@ -65,21 +75,21 @@ void RequirePlace(const fs::path& output, const Options& options)
         throw files::IOException(files::IOException::Kind::Exists, output);
 }
 
-void Deliver(const std::string& recording, const std::string& answer, const fs::path& output, const Options& options)
+void Deliver(const std::string& made, const std::string& answer, const fs::path& output, const Options& options)
 {
     if (output == kStandardOutput) {
         std::cerr << answer;
-        return command::Show(recording);
+        return command::Show(made);
     }
-    const auto recordingThenAnswer = [&](const files::ByteSink& sink) {
-        sink(recording);
+    const auto madeThenAnswer = [&](const files::ByteSink& sink) {
+        sink(made);
         command::Show(answer); // where it can't be shown, there is no file either
     };
-    files::Write(output, ExistingOf(options), recordingThenAnswer, options.inputs);
+    files::Write(output, ExistingOf(options), madeThenAnswer, options.inputs);
 }
 
-/// Makes the recording of `input`, puts it where it belongs and tells of it; or the reason why there is none.
-std::optional<std::string> MakeRecording(const fs::path& input, const Options& options)
+/// Makes what is asked for of `input`, puts it where it belongs and tells of it; or the reason why there is none.
+std::optional<std::string> MakeOutput(const fs::path& input, const Options& options)
 {
     const auto output = OutputFor(input, options);
     RequirePlace(output, options);
@@ -91,16 +101,18 @@ std::optional<std::string> MakeRecording(const fs::path& input, const Options& o
     const core::Progress progress([&](double done) { return bar.Show(done), true; });
     auto read = sound::ReadSound(input, options.part, MostSeconds(options.playback), progress.Stage(0, 0.1));
     if (const auto* const refusal = std::get_if<sound::Refusal>(&read)) return Reason(*refusal, options);
-    const auto room = static_cast<std::size_t>(options.size - core::kTokensPC1600 - 1); // the end mark
     const Job job{.recording = std::move(std::get<sound::Recording>(read)),
                   .kind = options.kind,
                   .noise = options.noise,
-                  .limits = {.playback = options.playback, .runBytes = room}};
+                  .limits = {.playback = options.playback, .runBytes = core::RunBytesIn(options.size)}};
     const auto made = Prepare(job, progress.Stage(0.1, 1));
     if (const auto* const refusal = std::get_if<Refusal>(&made)) return Reason(*refusal, options);
     const auto& prepared = std::get<Prepared>(made);
-    const auto bytes = RecordingOf(prepared, options.playback.rate);
-    const auto answer = Answer(input, output, options, job.recording, prepared);
+    std::optional<core::SoundFile> file;
+    if (options.soundFile) file = SoundFileOf(input, prepared, options);
+    const auto bytes =
+        file ? std::get<std::string>(core::LaidOutFile(*file)) : RecordingOf(prepared, options.playback.rate);
+    const auto answer = Answer({input, output}, options, job.recording, prepared, file);
     bar.End();
     Deliver(bytes, answer, output, options);
     return std::nullopt;
@@ -110,7 +122,7 @@ std::optional<std::string> MakeRecording(const fs::path& input, const Options& o
 bool IsPrepared(const fs::path& input, const Options& options)
 {
     try {
-        const auto reason = MakeRecording(input, options);
+        const auto reason = MakeOutput(input, options);
         if (reason) command::Complain(kProgram, input, *reason);
         return !reason;
     } catch (const std::exception& failure) {
