@@ -3,6 +3,7 @@
 #include "command/Names.h"
 #include "command/Terminal.h"
 #include "core/MachineSteps.h"
+#include "core/SoundFileImage.h"
 #include "files/Files.h"
 #include "preview/Report.h"
 #include "preview/SoundFile.h"
@@ -130,9 +131,8 @@ std::optional<serial::Refusal> SendWithBar(const serial::Job& job)
 
 void ShowSteps(const SoundFile& sound, const Options& options)
 {
-    const auto size = static_cast<std::size_t>(core::kTokensPC1600) + sound.runBytes.size() + 1; // the end mark
     std::string text = "Type on the machine:\n";
-    for (const auto& step : core::StepsFor(static_cast<std::uint16_t>(*sound.loadAddress), size, options.baud))
+    for (const auto& step : core::StepsFor(*sound.loadAddress, core::SizeOf(sound), options.baud))
         text += "  " + step + '\n';
     command::Show(text);
 }

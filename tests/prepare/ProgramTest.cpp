@@ -179,7 +179,7 @@ TEST_F(PrepareProgram, ShowsABarOnTheTerminal)
     WriteTone(folder / "files/tone.au", SF_FORMAT_AU | SF_FORMAT_FLOAT, {}); // comes late enough for the bar
     Shell(R"(mkdir bin; printf '#!/bin/sh\nsleep 1.1; cat tone.au' >bin/ffmpeg; chmod +x bin/ffmpeg; echo no >strange
         PATH=$PWD/bin:$PATH script -qec "')" PREPARE_PROGRAM R"(' strange" /dev/null </dev/null | tr '\r' '|')");
-    EXPECT_THAT(out, testing::MatchesRegex("(\\|\\[#*[.]*\\] (100|[1-9]?[0-9]) %)+\\| {58}\\|read: strange,.*"));
+    EXPECT_THAT(out, testing::MatchesRegex("(\\|\\[#*[.]*\\] (100|[1-9]?[0-9]) %)+\\| {75}\\|read: strange,.*"));
 }
 
 TEST_F(PrepareProgram, LeavesNoProgramBehind)
