@@ -36,6 +36,7 @@ def prepare(build, *options):
 
 def ways(build):
     return [("SoX recipe for tunes", SOX),
+            ("prepared, `--for melody`", prepare(build, "--for", "melody")),
             ("prepared, `--for music`", prepare(build, "--for", "music")),
             ("prepared, `--for sound`", prepare(build, "--for", "sound"))]
 
@@ -50,7 +51,8 @@ def played(build, way, sound):
                               capture_output=True, text=True).stdout.split("\n", 1)
         heard = wavfile.read(path["heard"])[1] / 32768
     length = pieces.LENGTH * HEARD_RATE
-    return np.pad(heard, (0, max(0, length - len(heard))))[:length], int(told[0]), np.array(told[1].split(), float)[1::2]
+    heard = np.pad(heard, (0, max(0, length - len(heard))))[:length]
+    return heard, int(told[0]), np.array(told[1].split(), float)[1::2]
 
 
 # --- what is compared -------------------------------------------------------------------------------------------------
@@ -67,12 +69,12 @@ def chroma(magnitudes):
     hertz = np.fft.rfftfreq(LINES, 1 / HEARD_RATE)
     lines = np.flatnonzero((hertz >= LOWEST) & (hertz <= HIGHEST))
     note = np.rint(12 * np.log2(hertz[lines] / 440)).astype(int) % 12
-    return magnitudes[:, lines] ** 2 @ np.eye(12)[note]
+    return magnitudes[:, lines] @ np.eye(12)[note]
 
 
 def correlation(ours, theirs):
     """That of the two in each frame, in the mean over all frames; 0 where one is silent."""
-    ours, theirs = ([unit(rows - rows.mean(1, keepdims=True)) for rows in (ours, theirs)])
+    ours, theirs = (unit(rows - rows.mean(1, keepdims=True)) for rows in (ours, theirs))
     return np.mean(np.sum(ours * theirs, 1))
 
 
@@ -83,7 +85,7 @@ def unit(rows):
 def log_chroma(strengths):
     """Decibels within 40 of the frame's loudest note, without the frame's mean."""
     loudest = np.maximum(strengths.max(1, keepdims=True), 1e-12)
-    decibels = 10 * np.log10(np.maximum(strengths / loudest, 1e-4))
+    decibels = 20 * np.log10(np.maximum(strengths / loudest, 1e-2))
     return decibels - decibels.mean(1, keepdims=True)
 
 
@@ -215,7 +217,8 @@ def measure(build, way, numbers):
 
 
 def row(figures):
-    return " | ".join(["{:.2f}"] * 4 + ["{:.3f}"] * 2 + ["{:.2f} ({:.2f})"] + ["{:.2f}"] * 2 + ["{:.0f}"]).format(*figures)
+    formats = ["{:.2f}"] * 4 + ["{:.3f}"] * 2 + ["{:.2f} ({:.2f})"] + ["{:.2f}"] * 2 + ["{:.0f}"]
+    return " | ".join(formats).format(*figures)
 
 
 def main(build, folder):
@@ -224,8 +227,8 @@ def main(build, folder):
     with multiprocessing.Pool(2) as pool:
         use(pool.map(pieces.decoded, paths, 1))
     tuned = sum(map(len, pieces.TUNED.values()))
-    print("| way | pieces | 12 s | 4 s | place | 4 s by chroma | chroma | log chroma | onsets, F | silent | most silent "
-          "| run bytes a second |\n|" + "---|" * 12)
+    print("| way | pieces | 12 s | 4 s | place | 4 s by chroma | chroma | log chroma | onsets, F | silent "
+          "| most silent | run bytes a second |\n|" + "---|" * 12)
     for name, way in ways(build):
         for kind, numbers in (("tuned on", range(tuned)), ("set aside", range(tuned, len(paths)))):
             print(f"| {name} | {kind} | {row(measure(build, way, numbers))} |", flush=True)
