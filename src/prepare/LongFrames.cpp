@@ -49,7 +49,7 @@ std::span<LongFrames::Bin> LongFrames::Take(std::span<const float> sound, std::s
 
 void LongFrames::Add(std::span<const Bin> bins, std::size_t frame, sound::Samples& sum)
 {
-    constexpr float kScale = 2.0F / kWindow / 2; // of one half of the bins, of a transform, of as many windows at once
+    constexpr float kScale = 2.0F / kWindow; // of one half of the bins, of a transform
     auto& [transform, in, out] = *back_;
     std::ranges::copy(bins, in.begin());
     in[0] *= 0.5F; // has no other half

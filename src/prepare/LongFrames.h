@@ -14,11 +14,11 @@
 
 namespace prepare {
 
-/// Through the root of a Hann window of 93 ms both ways, one every 23 ms.
+/// Through the root of a Hann window of 93 ms both ways, one every 46 ms.
 class LongFrames {
 public:
     static constexpr std::size_t kWindow = 2048; // samples; measured: docs/listening.md
-    static constexpr std::size_t kHop = kWindow / 4;
+    static constexpr std::size_t kHop = kWindow / 2;
     static constexpr std::size_t kBins = kWindow / 2; // all but the one at half the rate, which nobody hears
 
     using Bin = std::complex<float>;

@@ -61,7 +61,7 @@ void RaisePartials(std::span<LongFrames::Bin> bins)
 {
     constexpr std::size_t kReach = 15; // bins on either side: 160 Hz
     constexpr float kMost = 4;         // times the neighbourhood's mean is as far as counts
-    constexpr float kPower = 0.3F;     // of that
+    constexpr float kPower = 0.4F;     // of that
     constexpr float kNotZero = 1e-9F;  // for a quotient
     std::array<float, LongFrames::kBins> heights;
     std::ranges::transform(bins, heights.begin(), [](auto bin) { return std::sqrt(std::norm(bin)); });
@@ -94,18 +94,6 @@ sound::Samples TargetOf(std::span<const float> sound, const Mask& heard, const c
     return target;
 }
 
-/// Silences the moment before each strike: as long as a 254 is on the machine.
-void SilenceBeforeStrikes(std::span<const std::size_t> strikes, const machine::Playback& playback, Mask& heard)
-{
-    constexpr double kGap = 0.025; // seconds, at least
-    const auto silence = machine::SecondsOf(machine::CyclesOf(machine::kStaysHigh, playback), playback.machine);
-    const auto gap = sound::SamplesIn(std::max(kGap, silence));
-    for (const auto strike : strikes) {
-        const auto last = heard.begin() + static_cast<std::ptrdiff_t>(strike);
-        std::fill(last - static_cast<std::ptrdiff_t>(std::min(strike, gap)), last, false);
-    }
-}
-
 /// `bins` of the target with the phases of the `played` ones: more where these have too little, less where they have too
 /// much.
 void AskFor(std::span<LongFrames::Bin> bins, std::span<const LongFrames::Bin> played)
@@ -132,7 +120,7 @@ void AskFor(std::span<LongFrames::Bin> bins, std::span<const LongFrames::Bin> pl
 void Approach(const sound::Samples& target, std::span<const machine::RunByte> list, const machine::Playback& playback,
               const Mask& heard, sound::Samples& asked, const core::Progress& progress)
 {
-    constexpr float kStep = 0.6F;
+    constexpr float kStep = 0.7F;
     const auto played = Played(list, playback, target.size());
     sound::Samples next(target.size());
     LongFrames ofTarget;
@@ -150,7 +138,7 @@ void Approach(const sound::Samples& target, std::span<const machine::RunByte> li
 
 machine::RunBytes ListFor(const sound::Samples& target, const Mask& heard, const Limits& limits, core::Steps& steps)
 {
-    constexpr int kRounds = 4;
+    constexpr int kRounds = 3;
     constexpr Prices kPrices{.least = 0.2F, .most = 2};
     auto asked = target;
     for (std::size_t i = 0; i < asked.size(); ++i)
@@ -178,7 +166,7 @@ Periods SongPeriods(std::span<const float> sound, const Limits& limits, const co
     sound = sound.subspan(static_cast<std::size_t>(first), static_cast<std::size_t>(last - first));
     heard = Mask(heard.begin() + first, heard.begin() + last);
     const auto target = TargetOf(sound, heard, progress.Stage(0, 0.1)); // of the time
-    SilenceBeforeStrikes(Strikes(sound, progress.Stage(0.1, 0.15)), limits.playback, heard);
+    SilenceBeforeStrikes(sound, limits.playback, heard, progress.Stage(0.1, 0.15));
     core::Steps steps(progress.Stage(0.15, 1));
     return {.runBytes = ListFor(target, heard, limits, steps),
             .start = sound::SecondsAt(static_cast<std::size_t>(first))};

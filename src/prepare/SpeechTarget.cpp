@@ -7,6 +7,7 @@
 #include "prepare/Played.h"
 #include "prepare/Spectra.h"
 #include "prepare/SpeechLikeness.h"
+#include "prepare/Strikes.h"
 
 #include <algorithm>
 #include <cmath>
@@ -77,7 +78,8 @@ sound::Samples WithoutOffset(std::span<const float> sound)
 
 enum class BandLevels { AsTheyAre, Equal };
 
-Target TargetOf(std::span<const float> sound, BandLevels bands, Noise whatOfNoise, const core::Progress& progress)
+Target TargetOf(std::span<const float> sound, BandLevels bands, Noise whatOfNoise, const machine::Playback& playback,
+                const core::Progress& progress)
 {
     Spectra spectra(WithoutOffset(sound), progress);
     auto noise = whatOfNoise == Noise::TakenOut ? NoiseOf(spectra, progress) : Powers(Spectra::kBins);
@@ -86,7 +88,8 @@ Target TargetOf(std::span<const float> sound, BandLevels bands, Noise whatOfNois
     std::ranges::transform(noise, audible, noise.begin(), std::multiplies());
     const auto gains = bands == BandLevels::Equal ? LevellingGains(spectra, progress) : GainsBetween(kLowest, kHighest);
     auto [plain, target] = spectra.Sounds(audible, gains, progress);
-    const auto heard = Heard(plain, noise, bands == BandLevels::Equal ? Clicks::TakenOut : Clicks::Kept);
+    auto heard = Heard(plain, noise, bands == BandLevels::Equal ? Clicks::TakenOut : Clicks::Kept);
+    if (bands == BandLevels::AsTheyAre) SilenceBeforeStrikes(sound, playback, heard, progress);
     if (!progress.GoesOn()) return {};
     LevelMoments(heard, target);
     if (!progress.GoesOn()) return {};
@@ -177,7 +180,8 @@ machine::RunBytes SoundList(const sound::Samples& target, const Limits& limits, 
 
 Periods SpeechPeriods(std::span<const float> sound, Noise noise, const Limits& limits, const core::Progress& progress)
 {
-    auto [target, plain, start] = TargetOf(sound, BandLevels::Equal, noise, progress.Stage(0, 0.07)); // of the time
+    auto [target, plain, start] =
+        TargetOf(sound, BandLevels::Equal, noise, limits.playback, progress.Stage(0, 0.07)); // of the time
     const SpeechLikeness likeness(std::exchange(plain, {}), progress.Stage(0.07, 0.1));
     core::Steps steps(progress.Stage(0.1, 1));
     return {.runBytes = SpeechList(std::move(target), likeness, limits, steps), .start = start};
@@ -185,7 +189,8 @@ Periods SpeechPeriods(std::span<const float> sound, Noise noise, const Limits& l
 
 Periods SoundPeriods(std::span<const float> sound, Noise noise, const Limits& limits, const core::Progress& progress)
 {
-    const auto target = TargetOf(sound, BandLevels::AsTheyAre, noise, progress.Stage(0, 0.1)); // of the time
+    const auto target =
+        TargetOf(sound, BandLevels::AsTheyAre, noise, limits.playback, progress.Stage(0, 0.1)); // of the time
     core::Steps steps(progress.Stage(0.1, 1));
     return {.runBytes = SoundList(target.sound, limits, steps), .start = target.start};
 }

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <vector>
 
 namespace prepare {
 namespace {
@@ -17,6 +19,7 @@ std::vector<std::vector<float>> LevelsOf(std::span<const float> sound, const cor
 {
     constexpr double kLoud = 0.99; // of the moments are no louder
     constexpr float kSoftest = 0.01F;
+    constexpr float kFaintest = 0.001F; // of the loudest band: one that is 60 dB softer has no sound of its own
     const MelBands bands(40, 60, 8000); // Hz
     WindowSpectrum spectrum(HannWindow(Spectra::kWindow), Spectra::kTransform);
     std::vector<std::vector<float>> levels(bands.count);
@@ -25,10 +28,14 @@ std::vector<std::vector<float>> LevelsOf(std::span<const float> sound, const cor
         for (std::size_t band = 0; band < bands.count; ++band)
             levels[band].push_back(std::sqrt(powers[band]));
     }
-    for (auto& band : levels) {
-        const auto loud = Quantile(band, kLoud);
-        for (auto& level : band)
-            level = loud > 0 ? 20 * std::log10(std::max(level / loud, kSoftest)) : 0;
+    std::vector<float> loud;
+    for (const auto& band : levels)
+        loud.push_back(Quantile(band, kLoud));
+    const auto faintest = kFaintest * *std::ranges::max_element(loud);
+    for (std::size_t band = 0; band < bands.count; ++band) {
+        const auto reference = std::max(loud[band], faintest);
+        for (auto& level : levels[band])
+            level = reference > 0 ? 20 * std::log10(std::max(level / reference, kSoftest)) : 0;
     }
     return levels;
 }
@@ -50,8 +57,7 @@ std::vector<float> RisesOf(const std::vector<std::vector<float>>& levels, const 
     return rises;
 }
 
-} // namespace
-
+/// The samples at which they begin, 90 ms apart at least.
 std::vector<std::size_t> Strikes(std::span<const float> sound, const core::Progress& progress)
 {
     constexpr std::size_t kAround = 30; // moments on either side, in whose midst a strike stands out
@@ -70,6 +76,20 @@ std::vector<std::size_t> Strikes(std::span<const float> sound, const core::Progr
         earliest = k + kApart;
     }
     return strikes;
+}
+
+} // namespace
+
+void SilenceBeforeStrikes(std::span<const float> sound, const machine::Playback& playback, Mask& heard,
+                          const core::Progress& progress)
+{
+    constexpr double kGap = 0.030; // seconds, at least
+    const auto silence = machine::SecondsOf(machine::CyclesOf(machine::kStaysHigh, playback), playback.machine);
+    const auto gap = sound::SamplesIn(std::max(kGap, silence));
+    for (const auto strike : Strikes(sound, progress)) {
+        const auto last = heard.begin() + static_cast<std::ptrdiff_t>(strike);
+        std::fill(last - static_cast<std::ptrdiff_t>(std::min(strike, gap)), last, false);
+    }
 }
 
 } // namespace prepare
