@@ -1,6 +1,6 @@
-// ColourMap.h: the colours of a spectrogram, for levels from 0 to 255: from a dark blue over grey to a light yellow.
-// Each is lighter than the one before by the same step of CIE L*, and only blue and yellow are mixed, which those see,
-// too, who can't tell red from green. So it is the same picture in grey, and for everybody.
+// ColourMap.h: the colours of a spectrogram, for levels from 0 to 255: a straight line through CIE L*a*b*, from a dark
+// blue over grey to a light yellow. So equal steps look equal, each colour is lighter than the one before, and what
+// differs besides lightness is blue and yellow, which those tell apart, too, who can't tell red from green.
 #pragma once
 
 #include <array>

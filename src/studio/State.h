@@ -62,8 +62,9 @@ struct FileFailure {
 struct Notice {
     enum class Slot { File, Work, Saving }; // one notice each: what is told of a new one replaces the old one
 
-    std::string file; // its name; empty where it is plain
-    std::variant<Event, FileFailure, sound::Refusal, prepare::Refusal, preview::Refusal> what;
+    std::string file;                                                                                       // its name
+    std::variant<Event, FileFailure, sound::Refusal, prepare::Refusal, preview::Refusal, std::string> what; // a string:
+        // nobody expected it
     double seconds = 0;
 };
 
@@ -80,10 +81,11 @@ struct File {
     std::shared_ptr<const Waveform> waveform; // of what is read; null before the first samples have come
 };
 
-/// A sound to be played as it is: 16 bits, mono.
+inline constexpr std::int64_t kListenRate = 44100; // Hz, of all that is played; tonfloss-preview's, too
+
+/// A sound to be played as it is: 16 bits, mono, at kListenRate.
 struct Playable {
-    std::int64_t rate = 0; // Hz
-    double from = 0;       // where its first sample stands in the file
+    double from = 0; // where its first sample stands in the file
     std::vector<std::int16_t> samples;
 };
 
@@ -93,7 +95,7 @@ struct Result {
     Settings settings; // for which
     prepare::Prepared prepared;
     Playable source;  // the part; of a saved file nothing
-    Playable machine; // what the machine plays: the samples that tonfloss-preview writes at 44100 Hz
+    Playable machine; // what the machine plays: the samples that tonfloss-preview writes
 };
 
 /// Of a result; they come a little later.

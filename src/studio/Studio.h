@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -20,13 +21,19 @@ namespace studio {
 /// Whether a change goes on with the one before: Undo takes back the whole of a drag.
 enum class Gesture { New, GoesOn };
 
+/// What the studio needs of whoever shows it.
+struct Surroundings {
+    /// Called when there is something for Pump, in any thread, and not again before Pump. It must not call a member.
+    std::function<void()> wake;
+    /// A file's name without folders, composed (NFC), as UTF-8 whatever bytes it is made of.
+    std::function<std::string(const std::filesystem::path& path)> nameOf;
+    /// Where folders for files that are dragged out are made; those that a killed run has left there are removed.
+    std::filesystem::path temporary = std::filesystem::temp_directory_path();
+};
+
 class Studio {
 public:
-    /// `wake` is called when there is something for Pump, in any thread, and not again before Pump. It must not call
-    /// a member. Folders for files that are dragged out are made in `temporary`; those that a killed run has left
-    /// there are removed.
-    explicit Studio(std::function<void()> wake,
-                    std::filesystem::path temporary = std::filesystem::temp_directory_path());
+    explicit Studio(Surroundings surroundings);
     /// Cancels all. A thread that a file system keeps for more than a second isn't waited for.
     ~Studio();
     Studio(const Studio&) = delete;

@@ -19,7 +19,7 @@ enum class Language { English, German };
 [[nodiscard]] std::string NameOf(Target target, Language language);
 
 /// A sentence or two: what is, and what can be done.
-[[nodiscard]] std::string TextOf(const Notice& notice, const State& state, Language language);
+[[nodiscard]] std::string TextOf(const Notice& notice, Language language);
 
 /// "1:05.500": a time for a field or a ruler, to so many decimals.
 [[nodiscard]] std::string TimeText(double seconds, int decimals);
