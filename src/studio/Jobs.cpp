@@ -4,7 +4,6 @@
 #include "core/SoundFileHeader.h"
 #include "core/SoundFileImage.h"
 #include "core/WaveAcceptance.h"
-#include "core/WaveHeader.h"
 #include "machine/Memory.h"
 #include "machine/Timing.h"
 #include "prepare/PitchTrack.h"
@@ -61,19 +60,16 @@ private:
     Side turned_;
 };
 
-/// What tonfloss-preview writes behind the header.
+/// What tonfloss-preview plays.
 std::vector<std::int16_t> PlayedBy(std::span<const machine::RunByte> runBytes, const machine::Playback& playback,
-                                   std::int64_t rate)
+                                   std::int64_t rate, const core::Progress& progress)
 {
-    std::vector<std::int16_t> samples;
-    auto header = core::WaveHeader(0, rate, sizeof(std::int16_t)).size();
-    const auto take = [&](std::string_view bytes) {
-        if (const auto length = std::exchange(header, 0); length > 0) return; // comes by itself
-        for (std::size_t k = 0; k + 1 < bytes.size(); k += 2)
-            samples.push_back(static_cast<std::int16_t>(static_cast<std::uint8_t>(bytes[k]) |
-                                                        static_cast<std::uint8_t>(bytes[k + 1]) << 8));
-    };
-    preview::WriteWave(machine::PerformanceOf(runBytes, playback), playback.machine.clock, rate, take);
+    constexpr std::size_t kPiece = 65536; // samples
+    const preview::SquareWave wave(machine::PerformanceOf(runBytes, playback), playback.machine.clock, rate);
+    std::vector<std::int16_t> samples(static_cast<std::size_t>(wave.SampleCount()));
+    for (std::size_t first = 0; first < samples.size() && progress.GoesOn(); first += kPiece)
+        wave.Read(static_cast<std::int64_t>(first),
+                  std::span(samples).subspan(first, std::min(kPiece, samples.size() - first)));
     return samples;
 }
 
@@ -195,13 +191,14 @@ std::variant<Made, sound::Refusal, prepare::Refusal, Event> Make(const Request& 
     result->part = request.part;
     result->settings = settings;
     result->source = {.from = request.part.from, .samples = Sixteen(sound::AtRate(job.recording.samples, kListenRate))};
-    result->machine = {.from = prepared.from, .samples = PlayedBy(prepared.runBytes, playback, kListenRate)};
+    result->machine = {.from = prepared.from,
+                       .samples = PlayedBy(prepared.runBytes, playback, kListenRate, progress.Stage(1, 1))};
     result->prepared = std::move(prepared);
     return Made{.result = std::move(result),
                 .samples = std::make_shared<const sound::Samples>(std::move(job.recording.samples))};
 }
 
-std::shared_ptr<const Result> ResultOf(const preview::SoundFile& saved)
+std::shared_ptr<const Result> ResultOf(const preview::SoundFile& saved, const core::Progress& progress)
 {
     auto result = std::make_shared<Result>();
     const machine::Playback playback{.rate = saved.sampleRate, .machine = {}};
@@ -212,8 +209,8 @@ std::shared_ptr<const Result> ResultOf(const preview::SoundFile& saved)
         result->settings.target = Target::PokEmul;
     else if (*saved.loadAddress >= machine::kLowestWithoutExtension)
         result->settings.target = Target::WithoutModule;
-    result->prepared = {.runBytes = saved.runBytes, .seconds = seconds, .from = 0};
-    result->machine = {.from = 0, .samples = PlayedBy(saved.runBytes, playback, kListenRate)};
+    result->prepared = {.kind = prepare::Kind::AnySound, .runBytes = saved.runBytes, .seconds = seconds, .from = 0};
+    result->machine = {.from = 0, .samples = PlayedBy(saved.runBytes, playback, kListenRate, progress)};
     return result;
 }
 
@@ -221,13 +218,13 @@ std::shared_ptr<const Pictures> Draw(const Result& result, const sound::Samples&
                                      const core::Progress& progress)
 {
     auto pictures = std::make_shared<Pictures>();
-    const auto played = PlayedBy(result.prepared.runBytes, PlaybackOf(result.settings), sound::kRate);
+    const auto played = PlayedBy(result.prepared.runBytes, PlaybackOf(result.settings), sound::kRate, progress);
     sound::Samples machine(played.size());
     std::ranges::transform(played, machine.begin(),
                            [](std::int16_t sample) { return static_cast<float>(sample) / kFullScale; });
     pictures->source = Spectrogram(samples, result.part.from, progress);
     pictures->machine = Spectrogram(machine, result.machine.from, progress);
-    if (result.settings.kind == prepare::Kind::Music && !samples.empty()) {
+    if (result.prepared.kind == prepare::Kind::Melody) {
         pictures->pitch = prepare::PitchTrack(samples, progress);
         pictures->pitchStep = sound::SecondsAt(prepare::kPitchHop);
     }

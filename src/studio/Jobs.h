@@ -52,7 +52,7 @@ struct Made {
 };
 [[nodiscard]] std::variant<Made, sound::Refusal, prepare::Refusal, Event> Make(const Request& request,
                                                                                const core::Progress& progress);
-[[nodiscard]] std::shared_ptr<const Result> ResultOf(const preview::SoundFile& saved);
+[[nodiscard]] std::shared_ptr<const Result> ResultOf(const preview::SoundFile& saved, const core::Progress& progress);
 
 /// `samples` are those of the part; none of a saved file.
 [[nodiscard]] std::shared_ptr<const Pictures> Draw(const Result& result, const sound::Samples& samples,

@@ -102,7 +102,7 @@ struct Result {
 struct Pictures {
     Spectrogram source; // empty for a saved file
     Spectrogram machine;
-    std::vector<float> pitch; // of music, in Hz, 0 where silent; empty for all else
+    std::vector<float> pitch; // that is followed, in Hz, 0 where silent; empty but for a melody
     double pitchStep = 0;     // seconds from one to the next, from the part's beginning on
 };
 

@@ -60,7 +60,7 @@ struct Studio::Impl {
     // What is told.
     void Tell(Slot slot, Notice notice) { state.notices[static_cast<std::size_t>(slot)] = std::move(notice); }
     void Forget(Slot slot) { state.notices[static_cast<std::size_t>(slot)].reset(); }
-    void TellFailure(Slot slot, const std::string& file, const std::exception_ptr& failure);
+    void TellFailure(Slot slot, const std::string& file, const Failure& failure);
 
     // The file.
     struct Opening { // for the owner's thread
@@ -125,17 +125,11 @@ struct Studio::Impl {
     Task cleaning{mailbox};
 };
 
-void Studio::Impl::TellFailure(Slot slot, const std::string& file, const std::exception_ptr& failure)
+void Studio::Impl::TellFailure(Slot slot, const std::string& file, const Failure& failure)
 {
-    try {
-        std::rethrow_exception(failure);
-    } catch (const files::IOException& of) {
-        Tell(slot, {.file = nameOf(of.File), .what = FileFailure{.kind = of.ErrorKind, .error = of.Error}});
-    } catch (const std::bad_alloc&) {
-        Tell(slot, {.file = file, .what = Event::NoMemory});
-    } catch (const std::exception& other) {
-        Tell(slot, {.file = file, .what = std::string(other.what())});
-    }
+    Notice notice{.file = failure.file.empty() ? file : nameOf(failure.file), .what = {}};
+    std::visit([&](const auto& what) { notice.what = what; }, failure.what);
+    Tell(slot, std::move(notice));
 }
 
 void Studio::Impl::Open(const fs::path& path)
@@ -154,7 +148,7 @@ void Studio::Impl::Open(const fs::path& path)
         if (const auto* const event = std::get_if<Event>(&opened))
             return post.Tell([refuse, event = *event] { refuse({.file = {}, .what = event}); });
         if (const auto* const saved = std::get_if<preview::SoundFile>(&opened)) {
-            const auto result = ResultOf(*saved);
+            const auto result = ResultOf(*saved, post.Silent());
             post.Tell([this, newest, found, saved = *saved, result] {
                 HasOpened(*newest, found);
                 TakeSaved(saved, result);
@@ -180,7 +174,7 @@ void Studio::Impl::Open(const fs::path& path)
         });
     };
     opening = std::make_unique<Task>(mailbox);
-    opening->Start(job, [this, newest](const std::exception_ptr& failure) {
+    opening->Start(job, [this, newest](const Failure& failure) {
         TellFailure(Slot::File, nameOf(newest->path), failure);
         EndOpening(*newest);
     });
@@ -362,7 +356,7 @@ void Studio::Impl::Prepare()
         const auto pictures = Draw(*done->result, *done->samples, post.Silent());
         post.Tell([this, pictures] { state.pictures = pictures; });
     };
-    preparing->Start(job, [this](const std::exception_ptr& failure) {
+    preparing->Start(job, [this](const Failure& failure) {
         state.preparing.isGoing = false;
         TellFailure(Slot::Work, state.file->name, failure);
     });
@@ -444,7 +438,7 @@ Studio::Studio(Surroundings surroundings) : impl_(std::make_unique<Impl>(std::mo
         const std::lock_guard lock(writing->mutex);
         static_cast<void>(writing->Folder());
     };
-    impl_->cleaning.Start(clean, [](const std::exception_ptr& /*failure*/) {}); // what is left is left
+    impl_->cleaning.Start(clean, [](const Failure& /*failure*/) {}); // what is left is left
 }
 
 Studio::~Studio()
@@ -582,7 +576,7 @@ void Studio::LookAt(const Span& span, std::size_t columns)
         post.Tell([impl, closer] { impl->closer = closer; });
     };
     // What can't be read is shown less closely, and told when it is prepared.
-    impl_->looking->Start(job, [impl = impl_.get()](const std::exception_ptr& /*failure*/) { impl->lookedAt = {}; });
+    impl_->looking->Start(job, [impl = impl_.get()](const Failure& /*failure*/) { impl->lookedAt = {}; });
 }
 
 fs::path Studio::SuggestedFile(Output output) const
@@ -620,7 +614,7 @@ void Studio::Save(Output output, const fs::path& path, files::Existing existing)
             impl->Tell(Slot::Saving, {.file = impl->nameOf(path), .what = Event::Saved});
         });
     };
-    impl_->saving.Start(job, [impl = impl_.get(), path](const std::exception_ptr& failure) {
+    impl_->saving.Start(job, [impl = impl_.get(), path](const Failure& failure) {
         impl->state.saving.isGoing = false;
         impl->TellFailure(Slot::Saving, impl->nameOf(path), failure);
     });
@@ -641,7 +635,7 @@ void Studio::WantDragFile()
         post.Tell([impl, file] { impl->state.dragFile = file; });
     };
     impl_->dragging.Start(
-        job, [impl = impl_.get()](const std::exception_ptr& failure) { impl->TellFailure(Slot::Saving, {}, failure); });
+        job, [impl = impl_.get()](const Failure& failure) { impl->TellFailure(Slot::Saving, {}, failure); });
 }
 
 void Studio::Dismiss(Notice::Slot slot)

@@ -2,10 +2,29 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
+#include <system_error>
 #include <thread>
 #include <utility>
 
 namespace studio {
+namespace {
+
+/// Of the exception that is being handled.
+Failure FailureNow()
+{
+    try {
+        throw;
+    } catch (const files::IOException& of) {
+        return {.file = of.File, .what = FileFailure{.kind = of.ErrorKind, .error = of.Error}};
+    } catch (const std::bad_alloc&) {
+        return {.file = {}, .what = Event::NoMemory};
+    } catch (const std::exception& other) {
+        return {.file = {}, .what = std::string(other.what())};
+    }
+}
+
+} // namespace
 
 void Mailbox::Post(Letter letter, const void* subject)
 {
@@ -136,7 +155,7 @@ void Task::Begin(std::shared_ptr<Run> run)
     } catch (const std::system_error&) { // no thread to be had
         mailbox_->Leave();
         running_ = nullptr;
-        mailbox_->Post([run, failure = std::current_exception()] {
+        mailbox_->Post([run, failure = FailureNow()] {
             if (!run->isCancelled) run->failed(failure);
         });
     }
@@ -147,8 +166,8 @@ void Task::Work(std::shared_ptr<Run> run)
     const Post post(run);
     try {
         std::exchange(run->job, {})(post);
-    } catch (...) {
-        post.Tell([run, failure = std::current_exception()] { run->failed(failure); });
+    } catch (const std::exception&) {
+        post.Tell([run, failure = FailureNow()] { run->failed(failure); });
     }
     run->mailbox->Post([run] {
         if (run->task != nullptr) run->task->HasEnded(run.get());

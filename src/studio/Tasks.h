@@ -5,20 +5,29 @@
 #pragma once
 
 #include "core/Progress.h"
+#include "studio/State.h"
 
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
-#include <exception>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace studio {
 
 using Letter = std::function<void()>;
+
+/// What work has thrown.
+struct Failure {
+    std::filesystem::path file; // the one that it is about; empty for none
+    std::variant<Event, FileFailure, std::string> what;
+};
 
 class Mailbox {
 public:
@@ -77,7 +86,7 @@ public:
     /// Runs in a thread of its own, and holds all that it needs. What it throws goes to `failed`.
     using Job = std::function<void(const Post& post)>;
     /// In the owner's thread; for work that wasn't cancelled.
-    using Failed = std::function<void(std::exception_ptr failure)>;
+    using Failed = std::function<void(const Failure& failure)>;
 
     explicit Task(std::shared_ptr<Mailbox> mailbox) : mailbox_(std::move(mailbox)) {}
     /// Cancels; waits for nothing.

@@ -48,8 +48,12 @@ KindWords WordsOf(prepare::Kind kind)
                                 .eng = "So that words are understood. Noise and hum are taken out."}};
     case prepare::Kind::Music:
         return {.name = {.ger = "Musik", .eng = "Music"},
-                .explanation = {.ger = "Die Melodie, als eine Stimme: die stärkste von allen.",
-                                .eng = "The melody, as a single voice: the strongest of all."}};
+                .explanation = {.ger = "Alle Stimmen und der Takt, so ähnlich wie möglich; ist es nur eine, jede Note.",
+                                .eng = "All voices and the beats, as like as can be; of one voice alone every note."}};
+    case prepare::Kind::Melody:
+        return {.name = {.ger = "Melodie", .eng = "Melody"},
+                .explanation = {.ger = "Allein die stärkste Stimme, Note für Note, auch aus einem Lied mit Begleitung.",
+                                .eng = "The strongest voice alone, note for note, also out of a song with a band."}};
     case prepare::Kind::AnySound:
         return {.name = {.ger = "Klang", .eng = "Sound"},
                 .explanation = {.ger = "Alles andere, so wie es klingt: Geräusche, Tiere, Maschinen.",
@@ -330,8 +334,15 @@ std::string WorkText(const State& state, Language language)
                       Percent(state.preparing.done));
     if (const auto& notice = state.Of(Notice::Slot::Work)) return TextOf(*notice, language);
     if (!state.isCurrent) return Filled({.ger = "Nichts vorbereitet", .eng = "Nothing is prepared"}, language);
-    return Filled({.ger = "Fertig: spielt %1 s", .eng = "Ready: plays for %1 s"}, language,
-                  Decimal(state.meter.seconds, language));
+    auto text = Filled({.ger = "Fertig: spielt %1 s", .eng = "Ready: plays for %1 s"}, language,
+                       Decimal(state.meter.seconds, language));
+    if (state.result->settings.kind == prepare::Kind::Music && !state.file->saved)
+        text +=
+            state.result->prepared.kind == prepare::Kind::Melody
+                ? Filled({.ger = "; eine Stimme, der gefolgt wird", .eng = "; one voice, which is followed"}, language)
+                : Filled({.ger = "; mehrere Stimmen, und alle bleiben", .eng = "; several voices, and all are kept"},
+                         language);
+    return text;
 }
 
 std::vector<std::pair<std::string, std::string>> ReportOf(const State& state, Language language)
