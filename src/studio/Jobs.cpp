@@ -10,6 +10,7 @@
 #include "preview/SquareWave.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
 #include <numeric>
@@ -19,6 +20,19 @@ namespace {
 
 constexpr double kLongestSound = 1e6; // seconds: what the command takes for a time, too
 constexpr float kFullScale = 32768;   // of 16 bits
+
+/// Of all lanes of a processor at once.
+float PowerOf(std::span<const float> samples)
+{
+    constexpr std::size_t kLanes = 8;
+    std::array<float, kLanes> powers{};
+    for (; samples.size() >= kLanes; samples = samples.subspan(kLanes))
+        for (std::size_t lane = 0; lane < kLanes; ++lane)
+            powers[lane] += samples[lane] * samples[lane];
+    for (const auto sample : samples)
+        powers.front() += sample * sample;
+    return std::accumulate(powers.begin(), powers.end(), 0.0F);
+}
 
 /// The waveforms of a sound's channels as they are and with every other one turned round, until it is clear which of
 /// them is heard.
@@ -51,7 +65,7 @@ private:
             if (samples.empty()) return;
             if (!waveform) waveform.emplace(source.Rate(), from);
             waveform->Take(samples);
-            power += std::inner_product(samples.begin(), samples.end(), samples.begin(), 0.0F);
+            power += PowerOf(samples);
         }
     };
 

@@ -585,7 +585,7 @@ fs::path Studio::SuggestedFile(Output output) const
     const auto& path = impl_->state.file->path;
     auto name = path.stem();
     if (impl_->state.file->saved)
-        name += "-" + AddressTextOf(*impl_->state.file->saved) + ".bin";
+        name += std::string("-").append(AddressTextOf(*impl_->state.file->saved)).append(".bin");
     else
         name += output == Output::Recording ? "-ready.wav" : ".bin";
     return path.parent_path() / name;

@@ -1,6 +1,7 @@
 #include "studio/Waveform.h"
 
 #include <algorithm>
+#include <array>
 #include <cassert>
 #include <cmath>
 
@@ -14,14 +15,24 @@ Peak Both(const Peak& one, const Peak& other)
     return {.low = std::min(one.low, other.low), .high = std::max(one.high, other.high)};
 }
 
+/// Of all lanes of a processor at once: a long sound has a hundred million samples.
 Peak PeakOf(std::span<const float> samples)
 {
-    Peak peak{.low = samples.front(), .high = samples.front()};
-    for (const auto sample : samples) {
-        peak.low = std::min(peak.low, sample);
-        peak.high = std::max(peak.high, sample);
-    }
-    return peak;
+    constexpr std::size_t kLanes = 8;
+    std::array<float, kLanes> lows;
+    std::array<float, kLanes> highs;
+    lows.fill(samples.front());
+    highs.fill(samples.front());
+    const auto take = [&](std::size_t lane, float sample) {
+        lows[lane] = sample < lows[lane] ? sample : lows[lane];
+        highs[lane] = sample > highs[lane] ? sample : highs[lane];
+    };
+    for (; samples.size() >= kLanes; samples = samples.subspan(kLanes))
+        for (std::size_t lane = 0; lane < kLanes; ++lane)
+            take(lane, samples[lane]);
+    for (const auto sample : samples)
+        take(0, sample);
+    return {.low = *std::ranges::min_element(lows), .high = *std::ranges::max_element(highs)};
 }
 
 } // namespace
