@@ -1,5 +1,6 @@
 #include "studio/Jobs.h"
 
+#include "core/ImageSize.h"
 #include "core/RecordingBytes.h"
 #include "core/SoundFileHeader.h"
 #include "core/SoundFileImage.h"
@@ -92,11 +93,6 @@ machine::Playback PlaybackOf(const Settings& settings)
     return {.rate = settings.rate, .machine = {}};
 }
 
-std::size_t RunBytesFor(Target target)
-{
-    return static_cast<std::size_t>(RoomOf(target) - SizeOf(0, target));
-}
-
 std::optional<std::int64_t> AddressOf(Target target)
 {
     switch (target) {
@@ -119,9 +115,12 @@ std::vector<std::int16_t> Sixteen(const sound::Samples& samples)
 
 } // namespace
 
+// As tonfloss-prepare has it: for PokEmul as many run bytes as for the PC-1600 with its player.
 std::int64_t RoomOf(Target target)
 {
-    return target == Target::WithoutModule ? machine::kLargestWithoutExtension : machine::kLargestSize;
+    const auto lowest = AddressOf(target).value_or(machine::kLowestAddress);
+    const auto runBytes = static_cast<std::int64_t>(core::RunBytesIn(machine::RoomAt(lowest)));
+    return runBytes + SizeOf(0, target);
 }
 
 std::variant<sound::Stretch, sound::Refusal> ReadOverview(const std::filesystem::path& path, const Grown& grown,
@@ -195,9 +194,11 @@ std::variant<Made, sound::Refusal, prepare::Refusal, Event> Make(const Request& 
     if (files::StateOf(request.path) != request.state) return Event::FileChanged;
     if (const auto* const refusal = std::get_if<sound::Refusal>(&read)) return *refusal;
     const auto playback = PlaybackOf(settings);
-    prepare::Job job{.recording = std::move(std::get<sound::Recording>(read)),
-                     .kind = settings.kind,
-                     .limits = {.playback = playback, .runBytes = RunBytesFor(settings.target)}};
+    prepare::Job job{
+        .recording = std::move(std::get<sound::Recording>(read)),
+        .kind = settings.kind,
+        .limits = {.playback = playback,
+                   .runBytes = static_cast<std::size_t>(RoomOf(settings.target) - SizeOf(0, settings.target))}};
     auto made = prepare::Prepare(job, progress.Stage(kReading, 1));
     if (const auto* const refusal = std::get_if<prepare::Refusal>(&made)) return *refusal;
     auto& prepared = std::get<prepare::Prepared>(made);
@@ -221,7 +222,7 @@ std::shared_ptr<const Result> ResultOf(const preview::SoundFile& saved, const co
     result->settings.rate = saved.sampleRate;
     if (!saved.loadAddress)
         result->settings.target = Target::PokEmul;
-    else if (*saved.loadAddress >= machine::kLowestWithoutExtension)
+    else if (!machine::NeedsExtension(*saved.loadAddress))
         result->settings.target = Target::WithoutModule;
     result->prepared = {.kind = prepare::Kind::AnySound, .runBytes = saved.runBytes, .seconds = seconds, .from = 0};
     result->machine = {.from = 0, .samples = PlayedBy(saved.runBytes, playback, kListenRate, progress)};
@@ -271,12 +272,12 @@ std::int64_t SizeOf(std::size_t runBytes, Target target)
 
 bool IsLaidOutWrong(const preview::SoundFile& saved)
 {
-    return saved.loadAddress && *saved.loadAddress != machine::kPlayerAddress;
+    return saved.loadAddress && *saved.loadAddress != saved.playerAddress;
 }
 
 std::string AddressTextOf(const preview::SoundFile& saved)
 {
-    return saved.loadAddress ? preview::AddressText(*saved.loadAddress) : "";
+    return saved.loadAddress ? core::AddressText(*saved.loadAddress) : "";
 }
 
 std::string RecordingBytesOf(const Result& result)
@@ -284,20 +285,18 @@ std::string RecordingBytesOf(const Result& result)
     return core::RecordingBytes(result.prepared.runBytes, result.settings.rate);
 }
 
-std::string SoundFileBytesOf(const Result& result, const std::u32string& name)
+std::string SoundFileBytesOf(const Result& result, std::u32string_view name)
 {
-    auto title = name.substr(0, core::kTitleTokens);
-    std::ranges::replace_if(
-        title, [](char32_t c) { return c > 0xFF; }, U'?'); // as the window does
-    return core::SoundFileImage({.loadAddress = AddressOf(result.settings.target),
-                                 .sampleRate = result.settings.rate,
-                                 .title = title,
-                                 .runBytes = result.prepared.runBytes});
+    return SoundFileBytesOf({.loadAddress = AddressOf(result.settings.target),
+                             .sampleRate = result.settings.rate,
+                             .title = core::TitleOf(name),
+                             .runBytes = result.prepared.runBytes});
 }
 
-std::string SoundFileBytesOf(const preview::SoundFile& saved)
+// What was prepared for the room, or was saved there, fits.
+std::string SoundFileBytesOf(const preview::SoundFile& sound)
 {
-    return core::SoundFileImage(saved);
+    return std::get<std::string>(core::LaidOutFile(sound));
 }
 
 } // namespace studio

@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 
 namespace studio {
@@ -74,8 +75,8 @@ struct Made {
 
 /// The bytes to be saved of `result`, for a sound called `name`.
 [[nodiscard]] std::string RecordingBytesOf(const Result& result);
-[[nodiscard]] std::string SoundFileBytesOf(const Result& result, const std::u32string& name);
-/// `saved`, laid out for its own address.
-[[nodiscard]] std::string SoundFileBytesOf(const preview::SoundFile& saved);
+[[nodiscard]] std::string SoundFileBytesOf(const Result& result, std::u32string_view name);
+/// Laid out for its own address. Requires: it fits there.
+[[nodiscard]] std::string SoundFileBytesOf(const preview::SoundFile& sound);
 
 } // namespace studio

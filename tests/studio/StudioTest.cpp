@@ -52,6 +52,11 @@ protected:
     {
         return Until([=](const State& now) { return now.Of(slot).has_value(); });
     }
+    /// A command in the folder.
+    int Run(const std::string& command) const
+    {
+        return std::system(("cd " + folder.string() + " && " + command + " >answer 2>&1").c_str());
+    }
     [[nodiscard]] std::string Told(Slot slot) const
     {
         const auto& notice = model->Now().Of(slot);
@@ -218,6 +223,8 @@ TEST_F(StudioTest, TellsHowMuchFitsAndTakesThatByItselfUntilSomebodyChooses)
     model->SetTarget(Target::PokEmul);
     ASSERT_TRUE(UntilReady());
     EXPECT_TRUE(model->Now().isWhole) << "nobody has chosen yet";
+    EXPECT_EQ(model->Now().meter.room, 28343);
+    EXPECT_LE(model->Now().meter.bytes, 28343);
 
     model->SetTarget(Target::WithoutModule);
     model->SetPart({2, 39});
@@ -344,20 +351,22 @@ TEST_F(StudioTest, SavesWhatTheCommandsMakeAndPlaysWhatTheyPlay)
     model->SetRate(kSlow);
     ASSERT_TRUE(Until([](const State& now) { return now.part.Length() > 0; }));
     model->SetPart({0.25, 3.125});
-    ASSERT_TRUE(UntilReady());
-    EXPECT_EQ(model->SuggestedFile(Output::Recording), folder / "song-ready.wav");
-    model->Save(Output::Recording, folder / "A.wav", files::Existing::Refuse);
-    ASSERT_TRUE(UntilTold(Slot::Saving));
-    const auto at = "cd " + folder.string() + " && ";
-    ASSERT_EQ(std::system((at + PREPARE_PROGRAM " song.wav --for music --rate 6000 --from 0.25 --to 3.125 -o B.wav"
-                                                " >answer")
-                              .c_str()),
-              0);
-    EXPECT_EQ(Read(folder / "A.wav"), Read(folder / "B.wav"));
-
-    model->Save(Output::SoundFile, folder / "A.bin", files::Existing::Refuse);
-    ASSERT_TRUE(Until([](const State& now) { return !now.saving.isGoing; }));
-    ASSERT_EQ(std::system((at + PREVIEW_PROGRAM " A.bin -o C.wav >answer").c_str()), 0);
+    const std::string prepare = PREPARE_PROGRAM " song.wav --for music --rate 6000 --from 0.25 --to 3.125 ";
+    for (const auto& [target, output, command] : std::vector<std::tuple<Target, Output, std::string>>{
+             {Target::WithModule, Output::Recording, "A.wav"},
+             {Target::WithModule, Output::SoundFile, "A.bin"},
+             {Target::WithoutModule, Output::SoundFile, "A.bin --force --address C0C5"},
+             {Target::PokEmul, Output::SoundFile, "A.bin --force --target pokemul"},
+         }) {
+        model->SetTarget(target);
+        ASSERT_TRUE(UntilReady());
+        model->Save(output, folder / "B", files::Existing::Replace);
+        ASSERT_TRUE(Until([](const State& now) { return !now.saving.isGoing; }));
+        EXPECT_EQ(Told(Slot::Saving), "B: Saved.");
+        ASSERT_EQ(Run(prepare + "-o " + command), 0);
+        EXPECT_EQ(Read(folder / "B"), Read(folder / command.substr(0, 5))) << command;
+    }
+    ASSERT_EQ(Run(PREVIEW_PROGRAM " A.bin -o C.wav"), 0);
     const auto played = Read(folder / "C.wav").substr(44);
     const auto& samples = model->Now().result->machine.samples;
     ASSERT_EQ(played.size(), 2 * samples.size());
@@ -366,17 +375,33 @@ TEST_F(StudioTest, SavesWhatTheCommandsMakeAndPlaysWhatTheyPlay)
     ASSERT_TRUE(Until([](const State& now) { return now.pictures != nullptr; }));
     EXPECT_NEAR(model->Now().pictures->pitch.at(40), 440, 3);  // at 0.65 s
     EXPECT_NEAR(model->Now().pictures->pitch.at(200), 880, 6); // at 2.25 s
+    EXPECT_EQ(WorkText(model->Now(), Language::English), "Ready: plays for 2.9 s; one voice, which is followed");
+}
 
+TEST_F(StudioTest, NeverWritesOverTheOpenFile)
+{
+    const auto song = Wave("song.wav", 1);
+    const auto bytes = Read(song);
+    model->Open(song);
+    ASSERT_TRUE(UntilReady());
     model->Save(Output::Recording, song, files::Existing::Replace);
-    ASSERT_TRUE(Until([](const State& now) { return !now.saving.isGoing; }));
+    ASSERT_TRUE(UntilTold(Slot::Saving));
     EXPECT_EQ(Told(Slot::Saving), "song.wav: This is the open file itself. Take another name.");
-    EXPECT_EQ(model->Now().Of(Slot::Work), std::nullopt);
+    EXPECT_EQ(Read(song), bytes);
+}
 
+TEST_F(StudioTest, HasTheRecordingInAFolderWhileItRuns)
+{
+    model->Open(Wave("song.wav", 2));
+    ASSERT_TRUE(UntilReady());
+    EXPECT_EQ(model->SuggestedFile(Output::Recording), folder / "song-ready.wav");
+    model->Save(Output::Recording, folder / "song-ready.wav", files::Existing::Refuse);
+    ASSERT_TRUE(UntilTold(Slot::Saving));
     model->WantDragFile();
     ASSERT_TRUE(Until([](const State& now) { return !now.dragFile.empty(); }));
     const auto dragged = model->Now().dragFile;
     EXPECT_EQ(dragged.filename(), "song-ready.wav");
-    EXPECT_EQ(Read(dragged), Read(folder / "B.wav"));
+    EXPECT_EQ(Read(dragged), Read(folder / "song-ready.wav"));
     model->SetPart({1, 2});
     EXPECT_TRUE(model->Now().dragFile.empty());
     EXPECT_TRUE(std::filesystem::exists(dragged)) << "somebody may be fetching it";
@@ -411,6 +436,10 @@ TEST_F(StudioTest, ShowsASavedFile)
     EXPECT_EQ(Told(Slot::File), "C0C5.bin: The program in this file doesn't run at the address where it is loaded.");
     EXPECT_TRUE(model->CanSave(Output::SoundFile));
     EXPECT_EQ(model->SuggestedFile(Output::SoundFile), folder / "C0C5-C0C5.bin");
+    model->Save(Output::SoundFile, folder / "A.bin", files::Existing::Refuse);
+    ASSERT_TRUE(UntilTold(Slot::Saving));
+    ASSERT_EQ(Run(RELOCATE_PROGRAM " C0C5.bin"), 0);
+    EXPECT_EQ(Read(folder / "A.bin"), Read(folder / "C0C5-C0C5.bin"));
 }
 
 TEST_F(StudioTest, LooksCloserThanTheOverview)
