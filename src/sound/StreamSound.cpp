@@ -115,7 +115,7 @@ private:
         return {.kind = Refusal::Kind::Damaged, .seconds = whole};
     }
 
-    std::int64_t TakeFrames(std::int64_t most, const core::Progress& progress) const
+    [[nodiscard]] std::int64_t TakeFrames(std::int64_t most, const core::Progress& progress) const
     {
         std::int64_t read = 0;
         for (SoundSource::Block block; read < most && !(block = source_.Read(most - read)).mixed.empty();) {

@@ -93,16 +93,6 @@ machine::Playback PlaybackOf(const Settings& settings)
     return {.rate = settings.rate, .machine = {}};
 }
 
-std::optional<std::int64_t> AddressOf(Target target)
-{
-    switch (target) {
-    case Target::WithModule: return machine::kLowestAddress;
-    case Target::WithoutModule: return machine::kLowestWithoutExtension;
-    case Target::PokEmul: break;
-    }
-    return std::nullopt;
-}
-
 std::vector<std::int16_t> Sixteen(const sound::Samples& samples)
 {
     std::vector<std::int16_t> sixteen;
@@ -114,6 +104,16 @@ std::vector<std::int16_t> Sixteen(const sound::Samples& samples)
 }
 
 } // namespace
+
+std::optional<std::int64_t> AddressOf(Target target)
+{
+    switch (target) {
+    case Target::WithModule: return machine::kLowestAddress;
+    case Target::WithoutModule: return machine::kLowestWithoutExtension;
+    case Target::PokEmul: break;
+    }
+    return std::nullopt;
+}
 
 // As tonfloss-prepare has it: for PokEmul as many run bytes as for the PC-1600 with its player.
 std::int64_t RoomOf(Target target)

@@ -68,6 +68,9 @@ struct Made {
 /// Of a sound file for `target`, as its room is counted.
 [[nodiscard]] std::int64_t SizeOf(std::size_t runBytes, Target target);
 
+/// Where a sound file for `target` is loaded; nowhere for PokEmul.
+[[nodiscard]] std::optional<std::int64_t> AddressOf(Target target);
+
 /// Whether the player of a saved file doesn't run where the file is loaded.
 [[nodiscard]] bool IsLaidOutWrong(const preview::SoundFile& saved);
 /// Four digits; empty for PokEmul.

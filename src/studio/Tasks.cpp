@@ -149,8 +149,9 @@ void Task::Begin(std::shared_ptr<Run> run)
     mailbox_->Enter();
     try {
         std::thread([mailbox = mailbox_, run]() mutable {
-            Work(std::move(run));
-            mailbox->Leave(); // what the work held has gone
+            Work(run);
+            run.reset(); // and what the work held
+            mailbox->Leave();
         }).detach();
     } catch (const std::system_error&) { // no thread to be had
         mailbox_->Leave();
@@ -161,7 +162,7 @@ void Task::Begin(std::shared_ptr<Run> run)
     }
 }
 
-void Task::Work(std::shared_ptr<Run> run)
+void Task::Work(const std::shared_ptr<Run>& run)
 {
     const Post post(run);
     try {

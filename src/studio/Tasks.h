@@ -111,7 +111,7 @@ private:
     };
 
     void Begin(std::shared_ptr<Run> run);
-    static void Work(std::shared_ptr<Run> run);
+    static void Work(const std::shared_ptr<Run>& run);
     void HasEnded(const Run* run);
 
     std::shared_ptr<Mailbox> mailbox_;

@@ -22,7 +22,7 @@ const auto& kSlow = machine::kSampleRates[0];
 
 class StudioTest : public testing::Test {
 protected:
-    StudioTest() { model->SetKind(Kind::Music); } // which is prepared soonest
+    StudioTest() { model->SetKind(Kind::Melody); } // which is prepared soonest
 
     ~StudioTest() override
     {
@@ -348,6 +348,7 @@ TEST_F(StudioTest, SavesWhatTheCommandsMakeAndPlaysWhatTheyPlay)
 {
     const auto song = Wave("song.wav", 6);
     model->Open(song);
+    model->SetKind(Kind::Music);
     model->SetRate(kSlow);
     ASSERT_TRUE(Until([](const State& now) { return now.part.Length() > 0; }));
     model->SetPart({0.25, 3.125});
