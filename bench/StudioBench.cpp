@@ -92,7 +92,7 @@ public:
 /// The longest time from a stop somewhere in the preparing of each kind to its end.
 double LongestStop(const studio::Request& asked)
 {
-    std::mt19937 random(1); // NOLINT: the same each time
+    std::mt19937 random(1); // the same each time
     double longest = 0;
     for (const auto kind : prepare::kKinds)
         for (int stop = 0; stop < 15; ++stop) {

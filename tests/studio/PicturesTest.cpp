@@ -18,7 +18,7 @@ using namespace studio;
 
 TEST(Waveform, ShowsEachPeakHoweverLongTheSoundIs)
 {
-    std::mt19937 random(3); // NOLINT: the same each time
+    std::mt19937 random(3); // the same each time
     std::vector<float> sound(1'000'000);
     for (auto& sample : sound)
         sample = static_cast<float>(random() % 2001) / 1000 - 1;

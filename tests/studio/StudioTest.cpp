@@ -263,7 +263,7 @@ TEST_F(StudioTest, BeginsWhereALongSoundIsFirstHeard)
 TEST_F(StudioTest, ShowsTheResultOfTheLastChangeOnly)
 {
     model->Open(Wave("song.wav", 8));
-    std::mt19937 random(7); // NOLINT: the same each time
+    std::mt19937 random(7); // the same each time
     const auto below = [&](unsigned end) { return static_cast<std::size_t>(random() % end); };
     for (int round = 0; round < 12; ++round) {
         for (int action = 0; action < 6; ++action) {
