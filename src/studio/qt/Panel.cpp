@@ -44,16 +44,14 @@ QComboBox* MakeChoice()
 } // namespace
 
 Panel::Panel(Studio& studio, Language language, Actions actions)
-    : studio_(studio),
-      language_(language),
-      actions_(std::move(actions)),
-      part_(MakePart()),
-      kind_(MakeKind()),
-      machine_(MakeMachine()),
-      report_(MakeReport()),
-      result_(MakeResult()),
-      handOver_(MakeHandOver())
+    : studio_(studio), language_(language), actions_(std::move(actions))
 {
+    part_ = MakePart();
+    kind_ = MakeKind();
+    machine_ = MakeMachine();
+    report_ = MakeReport();
+    result_ = MakeResult();
+    handOver_ = MakeHandOver();
     auto* const column = new QVBoxLayout(this);
     for (auto* const box : {part_, kind_, machine_, report_, result_, handOver_})
         column->addWidget(box);

@@ -56,26 +56,26 @@ private:
     Language language_;
     Actions actions_;
 
-    QGroupBox* part_;
+    QGroupBox* part_ = nullptr;
     QLineEdit* from_ = nullptr;
     QLineEdit* to_ = nullptr;
     QLabel* length_ = nullptr;
     QPushButton* whole_ = nullptr;
     QPushButton* undo_ = nullptr;
 
-    QGroupBox* kind_;
+    QGroupBox* kind_ = nullptr;
     std::array<QAbstractButton*, prepare::kKinds.size()> kinds_{};
     QLabel* explanation_ = nullptr;
 
-    QGroupBox* machine_;
+    QGroupBox* machine_ = nullptr;
     QComboBox* target_ = nullptr;
     QComboBox* rate_ = nullptr;
 
-    QGroupBox* report_;
+    QGroupBox* report_ = nullptr;
     QFormLayout* reportLines_ = nullptr;
     const Result* reported_ = nullptr;
 
-    QGroupBox* result_;
+    QGroupBox* result_ = nullptr;
     QProgressBar* meter_ = nullptr;
     QLabel* meterText_ = nullptr;
     QPushButton* takeWhatFits_ = nullptr;
@@ -83,7 +83,7 @@ private:
     QProgressBar* work_ = nullptr;
     QPushButton* cancel_ = nullptr;
 
-    QGroupBox* handOver_;
+    QGroupBox* handOver_ = nullptr;
     QPushButton* saveFile_ = nullptr;
     QPushButton* saveRecording_ = nullptr;
     QPushButton* drag_ = nullptr;
