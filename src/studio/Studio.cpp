@@ -620,6 +620,20 @@ void Studio::Save(Output output, const fs::path& path, files::Existing existing)
     });
 }
 
+std::optional<Studio::Parcel> Studio::ForTheMachine() const
+{
+    const auto& state = impl_->state;
+    if (!state.file || !state.isCurrent) return std::nullopt;
+    if (const auto saved = state.file->saved) {
+        if (!saved->loadAddress) return std::nullopt;
+        return Parcel{.bytes = [saved] { return SoundFileBytesOf(*saved); },
+                      .loadAddress = static_cast<std::uint16_t>(*saved->loadAddress)};
+    }
+    const auto address = AddressOf(state.settings.target);
+    if (!address) return std::nullopt;
+    return Parcel{.bytes = impl_->BytesOf(Output::SoundFile), .loadAddress = static_cast<std::uint16_t>(*address)};
+}
+
 void Studio::WantDragFile()
 {
     const auto bytes = impl_->BytesOf(Output::Recording);

@@ -9,9 +9,11 @@
 #include "studio/State.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -79,6 +81,13 @@ public:
     /// Writes it in a thread, whole or not at all; Now().saving, and then a notice. Nothing where it can't be saved, or
     /// where another save is going on.
     void Save(Output output, const std::filesystem::path& path, files::Existing existing);
+    /// What is sent to the machine: of a saved file for a PC-1600 it, laid out for its address, of a part its sound
+    /// file. Empty where there is no such thing now.
+    struct Parcel {
+        std::function<std::string()> bytes; // to be called in any thread
+        std::uint16_t loadAddress;
+    };
+    [[nodiscard]] std::optional<Parcel> ForTheMachine() const;
     /// Writes the recording for a drag, in a thread: Now().dragFile is it. To be asked when the mouse goes down, so
     /// that it is there when the drag begins.
     void WantDragFile();

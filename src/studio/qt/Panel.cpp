@@ -44,7 +44,9 @@ QComboBox* MakeChoice()
 } // namespace
 
 Panel::Panel(Studio& studio, Language language, Actions actions)
-    : studio_(studio), language_(language), actions_(std::move(actions))
+    : studio_(studio),
+      language_(language),
+      actions_(std::move(actions))
 {
     part_ = MakePart();
     kind_ = MakeKind();
@@ -53,8 +55,13 @@ Panel::Panel(Studio& studio, Language language, Actions actions)
     result_ = MakeResult();
     handOver_ = MakeHandOver();
     auto* const column = new QVBoxLayout(this);
-    for (auto* const box : {part_, kind_, machine_, report_, result_, handOver_})
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(4);
+    for (auto* const box : {part_, kind_, machine_, report_, result_, handOver_}) {
+        box->layout()->setContentsMargins(8, 4, 8, 6);
+        box->layout()->setSpacing(4);
         column->addWidget(box);
+    }
     column->addStretch();
 }
 
@@ -111,9 +118,14 @@ QGroupBox* Panel::MakePart()
                         .eng = "Take back the last change of the part (Ctrl+Z)"},
                        [this] { studio_.Undo(); });
     undo_->setShortcut(QKeySequence::Undo);
-    auto* const times = new QFormLayout;
-    times->addRow(Say({.ger = "&Von", .eng = "&From"}), from_);
-    times->addRow(Say({.ger = "&Bis", .eng = "&To"}), to_);
+    auto* const times = new QHBoxLayout;
+    for (const auto& [text, field] :
+         {std::pair(Say({.ger = "&Von", .eng = "&From"}), from_), std::pair(Say({.ger = "&Bis", .eng = "&To"}), to_)}) {
+        auto* const label = new QLabel(text);
+        label->setBuddy(field);
+        times->addWidget(label);
+        times->addWidget(field, 1);
+    }
     auto* const buttons = new QHBoxLayout;
     buttons->addWidget(whole_);
     buttons->addWidget(undo_);
@@ -237,7 +249,11 @@ QGroupBox* Panel::MakeHandOver()
              .eng = "Drag from here onto the window of Tonfloss, or into a folder. By keys: save the recording."}));
     drag_->setFocusPolicy(Qt::NoFocus);
     auto* const column = new QVBoxLayout(box);
-    for (auto* const button : {saveFile_, saveRecording_, drag_})
+    send_ = MakeButton({.ger = "Senden …", .eng = "Send…"},
+                       {.ger = "Über einen seriellen Anschluss an den Rechner senden",
+                        .eng = "Send it to the machine over a serial port"},
+                       [this] { actions_.send(); });
+    for (auto* const button : {saveFile_, saveRecording_, drag_, send_})
         column->addWidget(button);
     return box;
 }
@@ -252,6 +268,12 @@ void Panel::Refresh()
     RefreshChoices();
     RefreshReport();
     RefreshResult();
+    RefreshHandOver();
+}
+
+void Panel::SetHasPort(bool hasPort)
+{
+    hasPort_ = hasPort;
     RefreshHandOver();
 }
 
@@ -322,7 +344,9 @@ void Panel::RefreshResult()
     const bool isStopped = state.file && !state.file->saved && !state.isCurrent && !state.preparing.isGoing &&
                            state.part.Length() > 0 && !meter.fits;
     const bool shows = IsLong(state.preparing);
-    workText_->setText(state.file && !meter.fits ? Text(WorkText(state, language_)) : QString());
+    // What can't be done is told above the pictures, and how long it plays in the meter's text.
+    const bool tellsKind = state.isCurrent && state.settings.kind == prepare::Kind::Music && !state.file->saved;
+    workText_->setText(shows || tellsKind ? Text(WorkText(state, language_)) : QString());
     workText_->setVisible(!workText_->text().isEmpty());
     work_->setVisible(shows);
     work_->setValue(static_cast<int>(state.preparing.done * 100));
@@ -342,7 +366,11 @@ void Panel::RefreshHandOver()
         button->setEnabled(studio_.CanSave(Output::Recording));
         button->setVisible(!isSaved);
     }
-    handOver_->setVisible(!isSaved || studio_.CanSave(Output::SoundFile));
+    saveFile_->setVisible(!isSaved || saveFile_->isEnabled());
+    const bool canSend = studio_.ForTheMachine().has_value();
+    send_->setEnabled(canSend);
+    send_->setVisible(hasPort_);
+    handOver_->setVisible(!isSaved || saveFile_->isEnabled() || (hasPort_ && canSend));
 }
 
 } // namespace studio

@@ -26,12 +26,15 @@ public:
     struct Actions {
         std::function<void()> changed; // the studio was told something
         std::function<void(Output)> save;
+        std::function<void()> send;
     };
 
     Panel(Studio& studio, Language language, Actions actions);
 
     /// As the studio is now.
     void Refresh();
+    /// Whether there is a serial port.
+    void SetHasPort(bool hasPort);
 
 private:
     QGroupBox* MakePart();
@@ -87,6 +90,8 @@ private:
     QPushButton* saveFile_ = nullptr;
     QPushButton* saveRecording_ = nullptr;
     QPushButton* drag_ = nullptr;
+    QPushButton* send_ = nullptr;
+    bool hasPort_ = false;
 };
 
 } // namespace studio

@@ -4,6 +4,7 @@
 #include "platform/qt/Paths.h"
 #include "studio/qt/FileDialogs.h"
 #include "studio/qt/Panel.h"
+#include "studio/qt/SendDialog.h"
 #include "studio/qt/SpectrogramView.h"
 #include "studio/qt/Texts.h"
 #include "studio/qt/WaveView.h"
@@ -16,6 +17,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPromise>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -27,6 +29,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <thread>
 #include <utility>
 
 namespace studio {
@@ -69,23 +72,21 @@ Window::Window(Language language, const std::filesystem::path& temporary)
     timeline_.seek = [this](double second) { Seek(second); };
     timeline_.zoomed = [this] { ShowZoom(); };
     panel_ = new Panel(studio_, language,
-                       {.changed = [this] { Refresh(); }, .save = [this](Output output) { AskToSave(output); }});
-    auto* const scrolled = new QScrollArea;
-    scrolled->setWidget(panel_);
-    scrolled->setWidgetResizable(true);
-    scrolled->setFrameShape(QFrame::NoFrame);
-    scrolled->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scrolled->setFocusPolicy(Qt::NoFocus);
-    const auto bar = scrolled->verticalScrollBar()->sizeHint().width();
-    scrolled->setFixedWidth(std::max(panel_->minimumSizeHint().width(), 18 * fontMetrics().averageCharWidth() * 2) +
-                            bar);
+                       {.changed = [this] { Refresh(); },
+                        .save = [this](Output output) { AskToSave(output); },
+                        .send = [this] { AskToSend(); }});
+    side_ = new QScrollArea;
+    side_->setWidget(panel_);
+    side_->setWidgetResizable(true);
+    side_->setFrameShape(QFrame::NoFrame);
+    side_->setFocusPolicy(Qt::NoFocus);
 
     auto* const left = new QVBoxLayout;
     left->addWidget(MakePictures(), 1);
     left->addWidget(MakeTransport());
     auto* const middle = new QHBoxLayout;
     middle->addLayout(left, 1);
-    middle->addWidget(scrolled);
+    middle->addWidget(side_);
     auto* const central = new QWidget;
     auto* const column = new QVBoxLayout(central);
     column->addWidget(MakeTop());
@@ -203,10 +204,29 @@ QWidget* Window::MakePictures()
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(3);
     column->addWidget(wave_, 4);
-    column->addWidget(scroll_);
+    column->addLayout(MakeZoom());
     for (auto* const picture : spectrograms_)
         column->addWidget(picture, 3);
     return pictures;
+}
+
+QLayout* Window::MakeZoom()
+{
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(2);
+    row->addWidget(scroll_, 1);
+    row->addWidget(MakeTool({.ger = "Näher", .eng = "Zoom in"}, {.ger = "Näher hin (+)", .eng = "Look closer (+)"}, "+",
+                            [this] { ZoomBy(0.5); }));
+    row->addWidget(MakeTool({.ger = "Weiter weg", .eng = "Zoom out"},
+                            {.ger = "Weiter weg (−)", .eng = "Look from further away (−)"}, "−",
+                            [this] { ZoomBy(2); }));
+    row->addWidget(MakeTool({.ger = "Ausschnitt zeigen", .eng = "Show the part"},
+                            {.ger = "Den Ausschnitt zeigen (9)", .eng = "Show the part (9)"},
+                            Say({.ger = "Ausschnitt", .eng = "Part"}), [this] { ShowPart(); }));
+    row->addWidget(MakeTool({.ger = "Alles zeigen", .eng = "Show all"},
+                            {.ger = "Die ganze Datei zeigen (0)", .eng = "Show the whole file (0)"},
+                            Say({.ger = "Alles", .eng = "All"}), [this] { ShowAll(); }));
+    return row;
 }
 
 QPushButton* Window::MakePlay(Heard heard)
@@ -244,23 +264,6 @@ QWidget* Window::MakeTransport()
     connect(volume_, &QSlider::valueChanged, this, [this](int percent) { listening_.SetVolume(percent / 100.0); });
     listening_.SetVolume(volume_->value() / 100.0);
     row->addWidget(volume_, 1);
-    row->addWidget(MakeTool({.ger = "Weniger zeigen", .eng = "Zoom in"},
-                            {.ger = "Näher hin (+)", .eng = "Look closer (+)"}, "+", [this] { ZoomBy(0.5); }));
-    row->addWidget(MakeTool({.ger = "Mehr zeigen", .eng = "Zoom out"},
-                            {.ger = "Weiter weg (−)", .eng = "Look from further away (−)"}, "−",
-                            [this] { ZoomBy(2); }));
-    row->addWidget(MakeTool({.ger = "Ausschnitt zeigen", .eng = "Show the part"},
-                            {.ger = "Den Ausschnitt zeigen (9)", .eng = "Show the part (9)"}, "[ ]", [this] {
-                                const auto& part = Now().part;
-                                const auto margin = part.Length() / 20;
-                                timeline_.zoom.Show({.from = part.from - margin, .to = part.to + margin});
-                                ShowZoom();
-                            }));
-    row->addWidget(MakeTool({.ger = "Alles zeigen", .eng = "Show all"},
-                            {.ger = "Die ganze Datei zeigen (0)", .eng = "Show the whole file (0)"}, "|↔|", [this] {
-                                timeline_.zoom.Show({.from = 0, .to = timeline_.zoom.End()});
-                                ShowZoom();
-                            }));
     device_ = MakeText();
     device_->hide();
     auto* const column = new QVBoxLayout(transport);
@@ -320,8 +323,8 @@ void Window::keyPressEvent(QKeyEvent* event)
     case Qt::Key_Plus:
     case Qt::Key_Equal: return ZoomBy(0.5);
     case Qt::Key_Minus: return ZoomBy(2);
-    case Qt::Key_0: timeline_.zoom.Show({.from = 0, .to = timeline_.zoom.End()}); return ShowZoom();
-    case Qt::Key_9: timeline_.zoom.Show(Now().part); return ShowZoom();
+    case Qt::Key_0: return ShowAll();
+    case Qt::Key_9: return ShowPart();
     default: QMainWindow::keyPressEvent(event);
     }
 }
@@ -329,7 +332,15 @@ void Window::keyPressEvent(QKeyEvent* event)
 void Window::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) update();
+    // Somebody who plugs an adapter in comes back to the window behind it.
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) LookForPorts();
+}
+
+void Window::resizeEvent(QResizeEvent* event)
+{
+    QMainWindow::resizeEvent(event);
+    const auto wanted = panel_->minimumSizeHint().width() + side_->verticalScrollBar()->sizeHint().width() + 2;
+    side_->setFixedWidth(std::min(wanted, width() * 2 / 5)); // the pictures have the more
 }
 
 void Window::Refresh()
@@ -486,6 +497,30 @@ void Window::AskToSave(Output output)
                      });
 }
 
+void Window::AskToSend()
+{
+    const auto parcel = studio_.ForTheMachine();
+    if (parcel && !ports_.empty()) (new SendDialog(*this, language_, *parcel, ports_))->open();
+}
+
+void Window::LookForPorts()
+{
+    QPromise<std::vector<serial::Port>> promise;
+    promise.start();
+    promise.future().then(this, [this](const std::vector<serial::Port>& ports) {
+        ports_ = ports;
+        panel_->SetHasPort(!ports.empty());
+    });
+    std::thread([promise = std::move(promise)]() mutable {
+        try {
+            promise.addResult(serial::Ports());
+        } catch (const std::exception& /*failure*/) {
+            promise.addResult(std::vector<serial::Port>()); // what can't be listed can't be offered
+        }
+        promise.finish();
+    }).detach();
+}
+
 void Window::PlayOrStop(Heard heard)
 {
     const bool isPlaying = listening_.Now().isPlaying;
@@ -523,6 +558,20 @@ void Window::ZoomBy(double factor)
                         : isSeen(part.from)                             ? part.from
                                                                         : middle;
     zoom.By(factor, around);
+    ShowZoom();
+}
+
+void Window::ShowPart()
+{
+    const auto& part = Now().part;
+    const auto margin = part.Length() / 20;
+    if (part.Length() > 0) timeline_.zoom.Show({.from = part.from - margin, .to = part.to + margin});
+    ShowZoom();
+}
+
+void Window::ShowAll()
+{
+    timeline_.zoom.Show({.from = 0, .to = timeline_.zoom.End()});
     ShowZoom();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/MessagePair.h"
+#include "serial/Ports.h"
 #include "studio/Studio.h"
 #include "studio/Words.h"
 #include "studio/qt/Listening.h"
@@ -11,6 +12,7 @@
 #include <QTimer>
 
 #include <array>
+#include <vector>
 
 class QFrame;
 class QLabel;
@@ -44,6 +46,7 @@ protected:
     void dropEvent(QDropEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     struct NoticeRow {
@@ -56,6 +59,7 @@ private:
     QWidget* MakeNotices();
     QWidget* MakePictures();
     QWidget* MakeTransport();
+    QLayout* MakeZoom();
     QPushButton* MakePlay(Heard heard);
     QToolButton* MakeTool(const MessagePair& text, const MessagePair& description, const QString& symbol,
                           std::function<void()> action);
@@ -71,9 +75,14 @@ private:
 
     void AskToOpen();
     void AskToSave(Output output);
+    void AskToSend();
+    /// Looks for serial ports in a thread.
+    void LookForPorts();
     void PlayOrStop(Heard heard);
     void Seek(double second);
     void ZoomBy(double factor);
+    void ShowPart();
+    void ShowAll();
     void ShowKeys();
 
     [[nodiscard]] QString Say(const MessagePair& pair) const;
@@ -99,6 +108,8 @@ private:
     QSlider* volume_ = nullptr;
     QLabel* device_ = nullptr;
     Panel* panel_ = nullptr;
+    QScrollArea* side_ = nullptr;
+    std::vector<serial::Port> ports_;
 
     Studio studio_; // last: it is gone before what its wake calls
 };
