@@ -37,7 +37,7 @@ QComboBox* MakeChoice()
     auto* const choice = new QComboBox;
     choice->setFocusPolicy(Qt::TabFocus);
     choice->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    choice->setMinimumContentsLength(12);
+    choice->setMinimumContentsLength(22);
     return choice;
 }
 
