@@ -14,7 +14,7 @@ DragHandle::DragHandle(Studio& studio, const QString& text) : QPushButton(text),
 {
     setCursor(Qt::OpenHandCursor);
     setFlat(true);
-    setStyleSheet("QPushButton { border: 1px dashed palette(mid); border-radius: 4px; padding: 4px; }");
+    setStyleSheet("QPushButton { border: 1px dashed palette(button-text); border-radius: 4px; padding: 4px; }");
 }
 
 void DragHandle::mousePressEvent(QMouseEvent* event)

@@ -441,8 +441,7 @@ void Window::RefreshListening()
                                                  : Say({.ger = "Rechner", .eng = "Machine"});
         const auto text =
             isThis ? Say({.ger = "%1 anhalten", .eng = "Stop %1"}) : Say({.ger = "%1 spielen", .eng = "Play %1"});
-        button.setText(name);
-        button.setIcon(style()->standardIcon(isThis ? QStyle::SP_MediaStop : QStyle::SP_MediaPlay));
+        button.setText((isThis ? "■ " : "▶ ") + name); // as text they have the colour of the theme
         button.setChecked(isThis);
         button.setEnabled(listening_.CanPlay(heard));
         button.setVisible(heard == Heard::Machine || !Now().file || !Now().file->saved);
