@@ -34,6 +34,7 @@ diff - <(find . -type f ! -path './licences/*' | LC_ALL=C sort) <<'LIST' || fail
 ./tonfloss-preview.exe
 ./tonfloss-relocate.exe
 ./tonfloss-send.exe
+./tonfloss-studio.exe
 ./tonfloss.exe
 LIST
 

@@ -1,30 +1,18 @@
-// ReadSound.h: a sound file of any kind, or a part of one, made a Sound.
-//     by libmpg123     MP3
-//     by libsndfile    WAV, AIFF, AU, CAF, FLAC, Ogg Vorbis, Opus and more
-//     by ffmpeg        what these can't read, where a program of that name is installed
-// Only what is asked for is kept in memory, and before that as little as can be is read.
+// ReadSound.h: a sound file of any kind, or a part of one, made a Sound. Only what is asked for is kept in memory.
 #pragma once
 
 #include "core/Progress.h"
 #include "sound/Refusal.h"
 #include "sound/Sound.h"
+#include "sound/StreamSound.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <variant>
 
 namespace sound {
-
-// No microphone and no machine makes others. At the ends of what a file can say a second is an hour's work, or nothing.
-inline constexpr std::int64_t kLowestRate = 1000;
-inline constexpr std::int64_t kHighestRate = 1'000'000;
-
-/// A part of a sound file, in seconds.
-struct Part {
-    double from = 0;
-    std::optional<double> length; // none: up to the end
-};
 
 struct Recording {
     std::int64_t rate;
@@ -40,5 +28,8 @@ struct Recording {
 /// tells its length. Throws a files::IOException for what is no file that can be read.
 [[nodiscard]] std::variant<Recording, Refusal> ReadSound(const std::filesystem::path& path, const Part& part,
                                                          double mostSeconds, const core::Progress& progress);
+
+/// A Sound at another rate, in Hz, to be listened to.
+[[nodiscard]] Samples AtRate(std::span<const float> sound, std::int64_t rate);
 
 } // namespace sound

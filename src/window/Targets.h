@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/SoundFileHeader.h"
-#include "window/MessagePair.h"
+#include "core/MessagePair.h"
 #include "window/Window1.h"
 
 #include <string>

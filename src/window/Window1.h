@@ -9,7 +9,7 @@
 #include "platform/Dialogs.h"
 #include "platform/Window.h"
 #include "window/MainMenuBar.h"
-#include "window/MessagePair.h"
+#include "core/MessagePair.h"
 #include "window/WindowLayout.h"
 
 #include <cstdint>
