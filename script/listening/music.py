@@ -32,13 +32,14 @@ SOX = ["sox", "-D", "{in}", "-b", "8", "-e", "unsigned-integer", "{out}", "remix
 END = ["rate", "11025", "highpass", "20", "norm", "-1"]
 
 
-def prepare(rate):
-    return [BUILD / "src/prepare/tonfloss-prepare", "--force", "--for", "music", "--rate", rate, "-o", "{out}", "{in}"]
+def prepare(rate, kind="melody"):
+    return [BUILD / "src/prepare/tonfloss-prepare", "--force", "--for", kind, "--rate", rate, "-o", "{out}", "{in}"]
 
 
 WAYS = [("SoX recipe", SOX + END), ("SoX recipe with factor", SOX + ["speed", "1.0763"] + END),
         ("the same, below 800 Hz", SOX + ["speed", "1.0763", "sinc", "-800"] + END),
-        ("prepared", prepare("11025")), ("prepared, 8000 Hz", prepare("8000")), ("prepared, 6000 Hz", prepare("6000"))]
+        ("prepared", prepare("11025")), ("prepared, 8000 Hz", prepare("8000")), ("prepared, 6000 Hz", prepare("6000")),
+        ("prepared, `--for music`", prepare("11025", "music"))]
 
 
 def variable_length(number):

@@ -28,9 +28,8 @@ std::vector<std::vector<float>> LevelsOf(std::span<const float> sound, const cor
         for (std::size_t band = 0; band < bands.count; ++band)
             levels[band].push_back(std::sqrt(powers[band]));
     }
-    std::vector<float> loud;
-    for (const auto& band : levels)
-        loud.push_back(Quantile(band, kLoud));
+    std::vector<float> loud(bands.count);
+    std::ranges::transform(levels, loud.begin(), [](const auto& band) { return Quantile(band, kLoud); });
     const auto faintest = kFaintest * *std::ranges::max_element(loud);
     for (std::size_t band = 0; band < bands.count; ++band) {
         const auto reference = std::max(loud[band], faintest);
