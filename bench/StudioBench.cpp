@@ -1,5 +1,5 @@
-// studio_bench SOUND: how long somebody waits in the studio for the picture of a file and for 20 seconds out of it, what
-// its window stands still for, how soon work ends that was overtaken, and the memory for all of it.
+// studio_bench SOUND: how long somebody waits in the studio for the picture of a file and for 20 seconds out of it,
+// what its window stands still for, how soon work ends that was overtaken, and the memory for all of it.
 #include "prepare/Prepare.h"
 #include "studio/Jobs.h"
 #include "studio/Studio.h"

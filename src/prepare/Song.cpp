@@ -94,8 +94,7 @@ sound::Samples TargetOf(std::span<const float> sound, const Mask& heard, const c
     return target;
 }
 
-/// `bins` of the target with the phases of the `played` ones: more where these have too little, less where they have too
-/// much.
+/// `bins` of the target with the phases of the `played` ones: more where these have too little, less where too much.
 void AskFor(std::span<LongFrames::Bin> bins, std::span<const LongFrames::Bin> played)
 {
     constexpr double kHighest = 4200; // Hz: above, a square wave has its overtones anyhow, and nothing is asked against
@@ -139,7 +138,7 @@ void Approach(const sound::Samples& target, std::span<const machine::RunByte> li
 machine::RunBytes ListFor(const sound::Samples& target, const Mask& heard, const Limits& limits, core::Steps& steps)
 {
     constexpr int kRounds = 3;
-    constexpr Prices kPrices{.least = 0.2F, .most = 2};
+    constexpr Prices kPrices{.least = 0.2F, .most = 4}; // at the most hardly a bass is left
     auto asked = target;
     for (std::size_t i = 0; i < asked.size(); ++i)
         if (!heard[i]) asked[i] = 0;

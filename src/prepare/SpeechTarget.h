@@ -3,7 +3,8 @@
 //     speech    every band of it as loud as the others and every moment as loud as the others, so that the few periods
 //               there are go to what tells words apart; noise, hum and single clicks are taken out, pauses are silent.
 //               From there on what SpeechLikeness.h measures draws the target
-//     sound     what isn't speech and isn't a tune: the same, but its bands as loud as they are, with its clicks, and silent before strikes
+//     sound     what isn't speech and isn't a tune: the same, but its bands as loud as they are, with its clicks, and
+//               silent before strikes
 // What is silent before the first sound and behind the last is left out.
 #pragma once
 

@@ -19,9 +19,9 @@ public:
     WindowSpectrum(std::vector<float> window, std::size_t transform);
     ~WindowSpectrum();
 
-    /// Of the window whose middle lies on sample `centre`; outside of `sound` there is silence. Half as many lines as the
-    /// transform has samples, and what lies at half the rate as imaginary part of the first. They hold until the next
-    /// call.
+    /// Of the window whose middle lies on sample `centre`; outside of `sound` there is silence. Half as many lines as
+    /// the transform has samples, and what lies at half the rate as imaginary part of the first. They hold until the
+    /// next call.
     [[nodiscard]] std::span<std::complex<float>> At(std::span<const float> sound, std::size_t centre);
 
 private:

@@ -34,7 +34,8 @@ ReadOverview(const std::filesystem::path& path, const Grown& grown, const core::
 [[nodiscard]] std::shared_ptr<const Waveform> ReadClosely(const std::filesystem::path& path, const Span& span,
                                                           bool isTurned, const core::Progress& progress);
 
-/// The saved sound file at `path`; a Refusal where it is none, nothing where it can't be one or is ready for the window.
+/// The saved sound file at `path`; a Refusal where it is none, nothing where it can't be one or is ready for the
+/// window.
 using Opened = std::variant<std::monostate, preview::SoundFile, preview::Refusal, Event>;
 [[nodiscard]] Opened OpenSaved(const std::filesystem::path& path);
 

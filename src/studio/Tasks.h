@@ -1,7 +1,7 @@
 // Tasks.h: work in threads, and how what it finds comes back to the one thread that owns the state.
 //     Mailbox   letters from any thread, opened by the owner's thread when it calls Deliver
-//     Task      one piece of work at a time in a thread of its own; the newest counts, and waits only for the end of the
-//               one that it cancels
+//     Task      one piece of work at a time in a thread of its own; the newest counts, and waits only for the end of
+//               the one that it cancels
 #pragma once
 
 #include "core/Progress.h"

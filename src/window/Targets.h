@@ -1,8 +1,8 @@
 // Targets.h: what a sound file can be made for: a row a target, and all that differs between them.
 #pragma once
 
-#include "core/SoundFileHeader.h"
 #include "core/MessagePair.h"
+#include "core/SoundFileHeader.h"
 #include "window/Window1.h"
 
 #include <string>

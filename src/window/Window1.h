@@ -5,11 +5,11 @@
 #pragma once
 
 #include "core/BackgroundTask.h"
+#include "core/MessagePair.h"
 #include "platform/Controls.h"
 #include "platform/Dialogs.h"
 #include "platform/Window.h"
 #include "window/MainMenuBar.h"
-#include "core/MessagePair.h"
 #include "window/WindowLayout.h"
 
 #include <cstdint>

@@ -100,7 +100,7 @@ sound::Samples Beats()
     return SoundOf(1.8, beats);
 }
 
-/// Six chords of five voices, each voice in another band and the upper ones softer; between two chords a drum is struck.
+/// Six chords of five voices, each voice in another band, the upper ones softer; between two chords a drum is struck.
 constexpr std::array kChords{
     std::array{131.0, 330.0, 784.0, 1568.0, 2637.0},  std::array{147.0, 349.0, 880.0, 1760.0, 2794.0},
     std::array{165.0, 392.0, 988.0, 1568.0, 3136.0},  std::array{123.0, 294.0, 698.0, 1976.0, 2794.0},

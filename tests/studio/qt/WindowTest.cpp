@@ -1,4 +1,5 @@
-// The studio's window where somebody meets it: keys, handles, fields, drops. Off screen, with SDL's device that is none.
+// The studio's window where somebody meets it: keys, handles, fields, drops. Off screen, with SDL's device that is
+// none.
 #include "studio/qt/Window.h"
 #include "support/KnownFile.h"
 #include "support/SoundFiles.h"
