@@ -9,6 +9,7 @@ packages_bench=(libbenchmark-dev libxcb1-dev xauth)
 packages_desktop=(xvfb openbox xdotool wmctrl scrot x11-utils)
 packages_listening=(python3-numpy python3-scipy sox ffmpeg fluidsynth timgm6mb-soundfont python3-aubio
     asterisk-core-sounds-en-g722 tuxpaint-stamps-default pocketsphinx-testdata)
+packages_examples=(python3-matplotlib python3-pil espeak-ng)
 packages_pictures=(qt6ct qt6-translations-l10n fonts-liberation2 fonts-noto-core imagemagick)
 packages_package=(dpkg-dev file lintian desktop-file-utils appstream)
 packages_windows=(g++-mingw-w64-x86-64-posix qt6-base-dev-tools dpkg-dev icoutils wine wine64 fonts-wine unzip xclip sox
