@@ -122,7 +122,7 @@ QString SendDialog::Say(const MessagePair& pair) const
 void SendDialog::ShowSteps()
 {
     QString text;
-    for (const auto& step : core::StepsFor(loadAddress_, bytes_.size() - 16, baud_->currentData().toInt()))
+    for (const auto& step : core::StepsFor(loadAddress_, std::ssize(bytes_) - 16, baud_->currentData().toInt()))
         text += Text(step) + '\n';
     steps_->setText(text.trimmed());
 }
