@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <mutex>
 #include <random>
+#include <thread>
 
 namespace {
 
@@ -304,6 +305,28 @@ TEST_F(StudioTest, StopsWhereItIsTold)
     model->PrepareAgain();
     EXPECT_EQ(Told(Slot::Work), "");
     EXPECT_TRUE(UntilReady());
+}
+
+TEST_F(StudioTest, ThrowsAwayWhatWasFoundForAChangeOfBefore)
+{
+    const auto found = [&] { // and waits to be taken
+        EXPECT_TRUE(Until([](const State& now) { return now.preparing.isGoing && now.file->isRead; }));
+        std::this_thread::sleep_for(
+            std::chrono::seconds(1)); // where that is too short, nothing is seen, and all is well
+    };
+    model->Open(Wave("song.wav", 1));
+    found();
+    model->Cancel();
+    model->Pump();
+    EXPECT_EQ(model->Now().result, nullptr);
+    EXPECT_EQ(Told(Slot::Work), "song.wav: Stopped.");
+    model->PrepareAgain();
+    found();
+    model->SetPart({0, 0.5});
+    model->Pump();
+    EXPECT_EQ(model->Now().result, nullptr);
+    ASSERT_TRUE(UntilReady());
+    EXPECT_EQ(model->Now().result->part.to, 0.5);
 }
 
 TEST_F(StudioTest, TellsOfAFileThatHasGoneOrChanged)
