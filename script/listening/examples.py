@@ -17,10 +17,12 @@ matplotlib.use("Agg")
 from matplotlib import pyplot  # after the choice of what draws
 
 BUILD, OUT = Path(sys.argv[1]), Path(sys.argv[2])
+FACTOR = 1.0763  # of the README, for 11025 Hz
 LOUDNESS = -20  # LUFS; loud speech has peaks 18 dB above
 RATE = 10000    # Hz, of what is drawn
+STEP = 25       # samples of that from column to column
 RANGE = 32      # dB from white to black
-STEADIER = 4    # dB: the loudest of speech stands out by so much more than the loudest of a square wave
+STEADIER = 4    # dB: so much less than that of speech the loudest of a square wave stands out
 
 SPOKEN = "/usr/share/pocketsphinx/test/data/librivox/sense_and_sensibility_01_austen_64kb-0880.wav"
 SPOKEN_FROM, SPOKEN_LENGTH = "0.26", "2.4"  # of the recording, seconds
@@ -79,7 +81,7 @@ def by_sox(recording):
     """The same by the README's line for SoX."""
     ready, heard = recording.with_suffix(".sox.wav"), recording.with_suffix(".sox-heard.wav")
     ends = ["silence", 1, 0.05, "1%", "reverse"] * 2
-    run("sox", "-D", recording, "-b", 8, "-e", "unsigned-integer", ready, "remix", "-", "speed", 1.0763, "rate", 11025,
+    run("sox", "-D", recording, "-b", 8, "-e", "unsigned-integer", ready, "remix", "-", "speed", FACTOR, "rate", 11025,
         "highpass", -1, 350, "norm", -1, "compand", "0,0.002", "-inf,-32.1,-inf,-32,-32", *ends)
     return heard, int(run(BUILD / "bench/machine_sound", ready, heard).stdout.split()[0])
 
@@ -102,15 +104,15 @@ def samples(path):
     return signal.sosfilt(rest, signal.resample_poly(sound, RATE, rate))
 
 
-def picture(name, rows, seconds, window, lift, depth, scale, ticks):
-    """Spectrograms, one below the other; high tones are raised by 6 dB an octave from `lift` on. White is the loudest
-    in a row, a square wave's `depth` dB less in its steadier level; black lies RANGE below."""
+def picture(name, rows, seconds, window, mean, lift, scale, ticks):
+    """Spectrograms of the rows, one below the other: title, sound, and by how many dB white lies above the loudest.
+    `window` and `mean` are samples and what is averaged of them; tones above `lift` Hz are raised by 6 dB an octave."""
     figure = pyplot.figure(figsize=(9, 0.6 + 1.75 * len(rows)), dpi=100)
     axes = figure.subplots(len(rows), 1, sharex=True)
     for axis, (title, path, above) in zip(axes, rows):
-        hertz, times, lines = signal.stft(samples(path), RATE, "hann", window, window - 25, 2048)
+        hertz, times, lines = signal.stft(samples(path), RATE, "hann", window, window - STEP, 2048)
         powers = np.abs(lines) ** 2 * (1 + (hertz[:, None] / lift) ** 2)
-        levels = 10 * np.log10(ndimage.uniform_filter1d(powers, depth) + 1e-12)
+        levels = 10 * np.log10(ndimage.uniform_filter1d(powers, mean // STEP) + 1e-12)
         white = np.quantile(levels[:, times < seconds], 0.9995) + above
         axis.pcolormesh(times, hertz, levels, cmap="inferno", vmin=white - RANGE, vmax=white)
         axis.set(title=title, ylabel="Hz", yscale=scale, xlim=(0, seconds), ylim=(ticks[0], ticks[-1]))
@@ -143,10 +145,10 @@ def main():
         picture("prepared.png", [("The recording: he was not an ill-disposed young man", voice, 0),
                                  (machine.format("by the line for SoX", size), heard, STEADIER),
                                  (machine.format("prepared", played[voice][1]), played[voice][0], STEADIER)],
-                2.1, 200, 1000, 7, "linear", range(0, 5001, 1000))
+                2.1, 200, 175, 1000, "linear", range(0, 5001, 1000))
         picture("song.png", [("The song: a flute, chords, a bass and drums", song, 0),
                              (machine.format("prepared", played[song][1]), played[song][0], 0)],
-                7.3, 1024, 500, 1, "log", [100, 200, 500, 1000, 2000, 4000])
+                7.3, 1024, STEP, 500, "log", [100, 200, 500, 1000, 2000, 4000])
 
 
 if __name__ == "__main__":
